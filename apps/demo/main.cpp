@@ -1,0 +1,105 @@
+// The demo client: a meeting window on the simulated meeting that loads the
+// chat module as a client would. Without a display it runs offscreen, writes
+// a screenshot and a transcript, and exits.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFile>
+#include <QTimer>
+#include <cstdlib>
+
+#include "base/analytics/analytics.h"
+#include "base/log/log.h"
+#include "base/threading/looper.h"
+#include "framework/journal/host_journal.h"
+#include "framework/ui/ui_service.h"
+#include "meeting_window.h"
+#include "module_host.h"
+#include "sim/meeting_sim.h"
+#include "uikit/qt_ui_service.h"
+
+namespace {
+
+bool HasDisplay() { return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY"); }
+
+bool WriteText(QString const& path, QString const& text) {
+  QFile file(path);
+  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) return false;
+  file.write(text.toUtf8());
+  return true;
+}
+
+QString Transcript(MeetingWindow const& window, ModuleHost const& host) {
+  QStringList lines;
+  lines << "# Demo transcript" << "";
+  lines << "## Module status" << window.StatusText() << "";
+  lines << "## Client journal";
+  for (auto const& entry : framework::HostJournal::Entries()) lines << QString::fromStdString(entry);
+  lines << "" << "## Analytics events";
+  for (auto const& event : base::analytics::RecordedEvents()) lines << QString::fromStdString(event.name);
+  if (!host.error().isEmpty()) lines << "" << "## Error" << host.error();
+  return lines.join('\n') + '\n';
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const bool headless_env = !HasDisplay();
+  if (headless_env && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication app(argc, argv);
+  QApplication::setApplicationName("talvex-demo");
+
+  QCommandLineParser parser;
+  parser.setApplicationDescription("A meeting on the simulated backend, with the chat module loaded.");
+  parser.addHelpOption();
+  QCommandLineOption headless_option("headless", "Render offscreen, write a screenshot and a transcript, exit.");
+  QCommandLineOption out_option("out", "Directory for the screenshot and transcript.", "dir", "demo-output");
+  QCommandLineOption seconds_option("seconds", "Close a windowed run after this many seconds.", "n", "0");
+  parser.addOptions({headless_option, out_option, seconds_option});
+  parser.process(app);
+  const bool headless = headless_env || parser.isSet(headless_option);
+  const QString out_dir = QDir(parser.value(out_option)).absolutePath();
+  QDir().mkpath(out_dir);
+
+  base::log::LogOptions log_options;
+  log_options.stderr_level = base::log::kLogWarning;
+  base::log::InitLogging(log_options);
+  base::analytics::SetJsonLinesFile(QDir(out_dir).filePath("analytics.jsonl").toStdString());
+
+  auto ui_service = std::make_shared<QtUIService>();
+  framework::SetUIService(ui_service);
+
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  meeting.meeting().Join();
+
+  MeetingWindow window(meeting);
+  ModuleHost host;
+  const QString library = QDir(QCoreApplication::applicationDirPath()).filePath("libchat_module.so");
+  const bool loaded = host.Load(library);
+  window.RefreshModuleStatus(loaded ? "Loaded from " + library + " and activated."
+                                    : "Not loaded: " + host.error());
+  window.show();
+
+  int rc = loaded ? 0 : 1;
+  if (headless) {
+    QTimer::singleShot(400, &window, [&] {
+      const QString shot = QDir(out_dir).filePath("demo.png");
+      const QString transcript = QDir(out_dir).filePath("transcript.md");
+      if (!window.grab().save(shot)) rc = 1;
+      if (!WriteText(transcript, Transcript(window, host))) rc = 1;
+      std::printf("screenshot: %s\ntranscript: %s\n", qPrintable(shot), qPrintable(transcript));
+      app.quit();
+    });
+  } else if (const int seconds = parser.value(seconds_option).toInt(); seconds > 0) {
+    QTimer::singleShot(seconds * 1000, &app, &QApplication::quit);
+  }
+  app.exec();
+
+  host.Unload();
+  meeting.Uninstall();
+  base::threading::LooperThread::ShutdownFileLooper();
+  base::analytics::SetJsonLinesFile({});
+  base::log::ShutdownLogging();
+  return rc;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+
+// The numbers the chat module answers to and calls. The module's own model
+// and service ids are distinct from the client's model ids.
+namespace chat {
+
+enum ChatModelId : int {
+  kSendButtonConfigModelId = 22544178,      // 0x157ff32
+  kChatInLiveBizModelId = 215793732,        // 0xcdcc044
+  kChatMessageBizModelId = 321749439,       // 0x132d81bf
+  kMeetingNoticeModelId = 632276380,        // 0x25afc59c
+  kMeetingNoticeBizModelId = 841113345,     // 0x32225f01
+  kChatSendMessageBizModelId = 894662031,   // 0x3553758f
+  kChatBizModelId = 1144207436,             // 0x4433384c
+};
+
+enum ChatServiceId : int {
+  kChatUIAssistantServiceId = 351964787,  // 0x14fa8e73
+};
+
+// The client's models, by the number the client gives them.
+enum HostModelId : int {
+  kHostMeetingSettingsModel = 502,
+  kHostMemberModel = 508,
+  kHostMeetingModel = 514,
+  kHostSettingsModel = 517,
+  kHostChatMessageModel = 524,
+  kHostPrivateChatModel = 528,
+  kHostFaceModel = 570,
+  kHostSidebarAppModel = 641,
+  kHostChatFileModel = 10009,
+  kHostCellHeightModel = 10014,
+};
+
+constexpr char kModuleName[] = "chat";
+
+}  // namespace chat

@@ -1,0 +1,83 @@
+#include "chat/ui/desktop/controller/page_controller.h"
+
+#include "base/log/log.h"
+
+namespace chat {
+
+PageController::PageController(std::string scheme, ViewMaker maker, bool fresh_on_show)
+    : scheme_(std::move(scheme)), maker_(std::move(maker)), fresh_on_show_(fresh_on_show) {}
+
+PageController::~PageController() { Close(); }
+
+void PageController::Call(std::string const& name, Variant const* params) {
+  if (name == "show") {
+    Show(params);
+  } else if (name == "close") {
+    Close();
+  } else {
+    TXLOG_NOTICE << "page " << scheme_ << ": unknown call " << name;
+  }
+}
+
+void PageController::Show(Variant const* params) {
+  if (view_ && fresh_on_show_) Close();
+  if (view_) {
+    view_->OnActivate();
+    if (QWidget* frame = view_->frame()) {
+      frame->show();
+      frame->raise();
+      frame->activateWindow();
+    }
+    return;
+  }
+  view_ = maker_ ? maker_() : nullptr;
+  if (!view_) return;
+  if (!view_->Build({}, nullptr, params, true)) {
+    view_.reset();
+    return;
+  }
+  if (QWidget* frame = view_->frame()) frame->show();
+}
+
+void PageController::Close() {
+  if (!view_) return;
+  auto view = std::move(view_);
+  view_.reset();
+  view->Dispose();
+}
+
+PageWindowView::PageWindowView(std::string object_name, std::string title, int width, int height)
+    : object_name_(std::move(object_name)), title_(std::move(title)), width_(width), height_(height) {}
+
+QWidget* PageWindowView::BuildFrame(QWidget* parent, Variant*) {
+  auto* window = new QWidget(parent, Qt::Window);
+  window->setObjectName(QString::fromStdString(object_name_));
+  window->setWindowTitle(QString::fromStdString(title_));
+  window->resize(width_, height_);
+  return window;
+}
+
+void PageWindowView::OnActivate() {
+  if (QWidget* frame = this->frame()) frame->raise();
+}
+
+}  // namespace chat
+
+namespace {
+chat::PageController::ViewMaker Window(char const* name, char const* title, int width, int height) {
+  return [=] { return std::make_shared<chat::PageWindowView>(name, title, width, height); };
+}
+}  // namespace
+
+ChatController::ChatController()
+    : PageController("talvex://page/inmeeting/chat", Window("ChatWindow", "Chat", 420, 640)) {}
+
+// Every show of the record gives a fresh window.
+ChatRecordQTController::ChatRecordQTController()
+    : PageController("talvex://page/chat_record_qt", Window("ChatRecordDialog", "Chat record", 560, 640), true) {}
+
+MeetingNoticeContoller::MeetingNoticeContoller()
+    : PageController("talvex://page/meeting_notice", Window("MeetingNoticeDialog", "Meeting notice", 480, 420)) {}
+
+QtView::EmojiBulletController::EmojiBulletController()
+    : PageController("talvex://page/inmeeting/emoji_bullet", Window("EmojiBulletWindow", "Reactions", 360, 240)) {}

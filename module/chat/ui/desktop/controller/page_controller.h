@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "framework/navigation/routing.h"
+#include "framework/view/app_view.h"
+
+namespace chat {
+
+// A page reached by its scheme: "show" builds the page's view (or raises the
+// one on screen), "close" disposes it. With `fresh_on_show` every show
+// starts a new view.
+class PageController : public framework::Controller {
+ public:
+  using ViewMaker = std::function<std::shared_ptr<AppBaseQTView>()>;
+  PageController(std::string scheme, ViewMaker maker, bool fresh_on_show = false);
+  ~PageController() override;
+
+  std::string GetSchemeView() const override { return scheme_; }
+  void Call(std::string const& name, Variant const* params) override;
+  std::shared_ptr<AppBaseQTView> const& view() const { return view_; }
+
+ private:
+  void Show(Variant const* params);
+  void Close();
+
+  std::string scheme_;
+  ViewMaker maker_;
+  bool fresh_on_show_;
+  std::shared_ptr<AppBaseQTView> view_;
+};
+
+// A page window: a top-level frame with a title.
+class PageWindowView : public AppQTView {
+ public:
+  PageWindowView(std::string object_name, std::string title, int width, int height);
+  void OnActivate() override;
+
+ protected:
+  QWidget* BuildFrame(QWidget* parent, Variant* params) override;
+
+ private:
+  std::string object_name_;
+  std::string title_;
+  int width_;
+  int height_;
+};
+
+}  // namespace chat
+
+class ChatController : public chat::PageController {
+ public:
+  ChatController();
+};
+
+class ChatRecordQTController : public chat::PageController {
+ public:
+  ChatRecordQTController();
+};
+
+class MeetingNoticeContoller : public chat::PageController {
+ public:
+  MeetingNoticeContoller();
+};
+
+namespace QtView {
+class EmojiBulletController : public chat::PageController {
+ public:
+  EmojiBulletController();
+};
+}  // namespace QtView

@@ -1,0 +1,64 @@
+#include "sim/meeting_sim.h"
+
+#include "base/log/log.h"
+#include "base/util/file_util.h"
+#include "framework/config/configure_service.h"
+#include "framework/module/module_service.h"
+
+namespace sim {
+
+namespace {
+// What the meeting's remote configuration says when it says nothing else.
+Variant DefaultRemoteConfig() {
+  Variant defaults(base::variant::kVariantTypeMap);
+  defaults["im"]["msg_input_height"] = 82;
+  defaults["im"]["max_text_length"] = 5000;
+  defaults["im"]["max_image_size_mb"] = 20;
+  defaults["im"]["max_file_size_mb"] = 1024;
+  return defaults;
+}
+}  // namespace
+
+MeetingSimulator::MeetingSimulator(SimOptions options)
+    : data_dir_(options.data_dir.empty() ? util::file::MakeFilePath(util::file::UserConfigDir(), "talvex")
+                                         : options.data_dir),
+      remote_config_file_(options.remote_config_file.empty()
+                              ? util::file::MakeFilePath(data_dir_, "remote_config.json")
+                              : options.remote_config_file),
+      application_(std::make_shared<framework::module::ApplicationModule>()),
+      meeting_(std::make_shared<MeetingStateModel>()),
+      messages_(std::make_shared<ChatMessageModel>()),
+      sidebar_(std::make_shared<SidebarAppModel>()),
+      cell_height_(std::make_shared<CellHeightModel>()),
+      settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))) {
+  util::file::EnsureDirExist(data_dir_);
+}
+
+MeetingSimulator::~MeetingSimulator() { Uninstall(); }
+
+void MeetingSimulator::Install() {
+  if (installed_) return;
+  application_->RegisterModel(MeetingStateModel::kId, meeting_);
+  application_->RegisterModel(ChatMessageModel::kId, messages_);
+  application_->RegisterModel(SidebarAppModel::kId, sidebar_);
+  application_->RegisterModel(CellHeightModel::kId, cell_height_);
+  application_->RegisterModel(framework::SettingsModel::kModelId, settings_);
+  auto* configure = talvexsdk::utils::service::GetConfigureService();
+  configure->SetDefaults(DefaultRemoteConfig());
+  configure->LoadFile(remote_config_file_);
+  framework::module::GetModuleService()->SetApplicationModule(application_);
+  installed_ = true;
+  TXLOG_INFO << "[sim] meeting installed with " << application_->ModelIds().size() << " models";
+}
+
+void MeetingSimulator::Uninstall() {
+  if (!installed_) return;
+  auto* service = framework::module::GetModuleService();
+  if (service->GetApplicationModule() == application_.get()) service->SetApplicationModule(nullptr);
+  application_->Clear();
+  installed_ = false;
+}
+
+void MeetingSimulator::RemoveModel(int id) { application_->UnregisterModel(id); }
+
+}  // namespace sim

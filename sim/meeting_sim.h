@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "framework/module/app_module.h"
+#include "framework/settings/settings_model.h"
+#include "sim/models/chat_message_model.h"
+#include "sim/models/meeting_state_model.h"
+#include "sim/models/sidebar_app_model.h"
+
+namespace sim {
+
+struct SimOptions {
+  // Where the simulated client keeps its files (settings, configuration);
+  // empty: the user's config directory.
+  std::string data_dir;
+  // The remote configuration file; empty: "<data_dir>/remote_config.json".
+  std::string remote_config_file;
+};
+
+// The meeting behind the client's models. Install() puts its models into the
+// client's application registry and makes the application available;
+// Uninstall() takes them out again.
+class MeetingSimulator {
+ public:
+  explicit MeetingSimulator(SimOptions options = {});
+  ~MeetingSimulator();
+  MeetingSimulator(MeetingSimulator const&) = delete;
+  MeetingSimulator& operator=(MeetingSimulator const&) = delete;
+
+  void Install();
+  void Uninstall();
+  bool installed() const { return installed_; }
+
+  // Takes one model out of the registry (a client without it).
+  void RemoveModel(int id);
+
+  MeetingStateModel& meeting() { return *meeting_; }
+  ChatMessageModel& messages() { return *messages_; }
+  SidebarAppModel& sidebar() { return *sidebar_; }
+  CellHeightModel& cell_height() { return *cell_height_; }
+  framework::SettingsModel& settings() { return *settings_; }
+  std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
+  std::string const& data_dir() const { return data_dir_; }
+
+ private:
+  std::string data_dir_;
+  std::string remote_config_file_;
+  bool installed_ = false;
+  std::shared_ptr<framework::module::ApplicationModule> application_;
+  std::shared_ptr<MeetingStateModel> meeting_;
+  std::shared_ptr<ChatMessageModel> messages_;
+  std::shared_ptr<SidebarAppModel> sidebar_;
+  std::shared_ptr<CellHeightModel> cell_height_;
+  std::shared_ptr<framework::SettingsModel> settings_;
+};
+
+}  // namespace sim

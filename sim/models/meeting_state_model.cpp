@@ -1,0 +1,41 @@
+#include "sim/models/meeting_state_model.h"
+
+namespace sim {
+
+MeetingStateModel::MeetingStateModel() : SimModel(kId) {
+  SetMethod(0, [this](Variant const*, Variant* result) {
+    if (result) *result = on_;
+    return true;
+  });
+  SetMethod(3, [this](Variant const*, Variant* result) {
+    if (result) *result = on_;
+    return true;
+  });
+  SetMethod(11, [this](Variant const*, Variant* result) {
+    if (result) *result = display_state_;
+    return true;
+  });
+  SetMethod(54, [this](Variant const*, Variant* result) {
+    if (result) *result = abilities_;
+    return true;
+  });
+}
+
+void MeetingStateModel::Join(int result) {
+  on_ = result == 0;
+  Variant payload(base::variant::kVariantTypeMap);
+  payload.Set("result", result);
+  payload.Set("meeting_id", meeting_id_);
+  FireEvent(kEventJoined, &payload);
+}
+
+void MeetingStateModel::Leave(int result) {
+  on_ = false;
+  Variant payload(base::variant::kVariantTypeMap);
+  payload.Set("result", result);
+  FireEvent(kEventLeft, &payload);
+}
+
+void MeetingStateModel::MoveToWaitingRoom() { FireEvent(kEventMoved, nullptr); }
+
+}  // namespace sim

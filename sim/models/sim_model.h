@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "framework/model/model_impl.h"
+
+namespace sim {
+
+// A client model of the simulated meeting: methods are handlers by number,
+// and every call is kept so that a test can see what the module asked.
+class SimModel : public framework::ModelImpl {
+ public:
+  using Method = std::function<bool(Variant const* params, Variant* result)>;
+  struct Invocation {
+    uint32_t method = 0;
+    Variant params;
+  };
+
+  explicit SimModel(int id) : framework::ModelImpl(id) {}
+
+  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
+
+  std::vector<Invocation> const& invocations() const { return invocations_; }
+  // The calls of one method, in order.
+  std::vector<Variant> InvocationsOf(uint32_t method) const;
+  void ClearInvocations() { invocations_.clear(); }
+
+ protected:
+  void SetMethod(uint32_t method, Method handler) { methods_[method] = std::move(handler); }
+
+ private:
+  std::map<uint32_t, Method> methods_;
+  std::vector<Invocation> invocations_;
+};
+
+}  // namespace sim

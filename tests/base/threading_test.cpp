@@ -1,0 +1,284 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "base/file/file_copyer.h"
+#include "base/threading/looper.h"
+#include "base/timer/tx_timer.h"
+#include "base/util/file_util.h"
+#include "support/test_util.h"
+
+using base::threading::Looper;
+using base::threading::LooperThread;
+
+namespace {
+
+bool OnMainThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
+
+std::string ReadFile(std::string const& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void WriteFile(std::string const& path, std::string const& data) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out << data;
+}
+
+}  // namespace
+
+TEST(Loopers, MainLooperRunsTasksInOrderWhenTheEventLoopTurns) {
+  auto main = LooperThread::MainLooper();
+  EXPECT_TRUE(main->BelongsToCurrentThread());
+  EXPECT_EQ(LooperThread::CurrentLooper(), main);
+
+  std::vector<int> order;
+  bool on_main = true;
+  EXPECT_TRUE(main->PostDelayedTask([&] { order.push_back(3); }, 30));
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(main->PostTask([&, i] {
+      order.push_back(i);
+      on_main = on_main && OnMainThread();
+    }));
+  }
+  EXPECT_TRUE(order.empty()) << "posting never runs a task synchronously";
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return order.size() == 3; }));
+  EXPECT_EQ(order, (std::vector<int>{0, 1, 3}));
+  EXPECT_TRUE(on_main);
+  EXPECT_FALSE(main->PostTask(nullptr));
+}
+
+TEST(Loopers, FileLooperWorksOffTheMainThreadAndRepliesOnMain) {
+  auto file = LooperThread::FileLooper();
+  EXPECT_EQ(LooperThread::FileLooper(), file);
+  EXPECT_FALSE(file->BelongsToCurrentThread());
+
+  std::mutex mutex;
+  std::vector<int> order;
+  std::atomic<bool> worker_off_main{false}, worker_owns_thread{false}, current_is_file{false};
+  std::atomic<bool> reply_on_main{false}, replied{false};
+  auto reply_to = LooperThread::CurrentLooper();
+  // Posted first, due last; it sends the reply once everything else has run.
+  file->PostDelayedTask(
+      [&, reply_to] {
+        {
+          std::lock_guard<std::mutex> lock(mutex);
+          order.push_back(99);
+        }
+        reply_to->PostTask([&] {
+          reply_on_main = OnMainThread();
+          replied = true;
+        });
+      },
+      200);
+  for (int i = 0; i < 50; ++i) {
+    file->PostTask([&, i] {
+      std::lock_guard<std::mutex> lock(mutex);
+      order.push_back(i);
+    });
+  }
+  file->PostTask([&] {
+    worker_off_main = !OnMainThread();
+    worker_owns_thread = LooperThread::FileLooper()->BelongsToCurrentThread();
+    current_is_file = LooperThread::CurrentLooper() == LooperThread::FileLooper();
+  });
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
+  EXPECT_TRUE(worker_off_main);
+  EXPECT_TRUE(worker_owns_thread);
+  EXPECT_TRUE(current_is_file);
+  EXPECT_TRUE(reply_on_main);
+  std::lock_guard<std::mutex> lock(mutex);
+  ASSERT_EQ(order.size(), 51u);
+  for (int i = 0; i < 50; ++i) EXPECT_EQ(order[i], i);
+  EXPECT_EQ(order.back(), 99);
+}
+
+TEST(Loopers, ShutdownDrainsQueuedTasksAndAThrowingTaskDoesNotStopTheLooper) {
+  auto file = LooperThread::FileLooper();
+  std::atomic<int> done{0};
+  file->PostTask([] { throw std::runtime_error("broken task"); });
+  for (int i = 0; i < 100; ++i) file->PostTask([&done] { ++done; });
+  std::atomic<bool> delayed_ran{false};
+  file->PostDelayedTask([&delayed_ran] { delayed_ran = true; }, 60000);
+
+  LooperThread::ShutdownFileLooper();
+  EXPECT_EQ(done.load(), 100);
+  EXPECT_FALSE(delayed_ran.load());
+  EXPECT_FALSE(file->PostTask([&done] { ++done; }));
+
+  auto fresh = LooperThread::FileLooper();
+  EXPECT_NE(fresh, file);
+  std::atomic<bool> ran{false};
+  EXPECT_TRUE(fresh->PostTask([&ran] { ran = true; }));
+  EXPECT_TRUE(talvex_test::WaitUntil([&] { return ran.load(); }));
+}
+
+TEST(Loopers, ALooperReleasedFromItsOwnTaskEndsCleanly) {
+  std::atomic<bool> ran{false};
+  {
+    auto fresh = LooperThread::FileLooper();
+    // The task ends up owning the last reference to the looper it runs on.
+    fresh->PostTask([keep = fresh, &ran]() mutable {
+      LooperThread::ShutdownFileLooper();
+      keep.reset();
+      ran = true;
+    });
+  }
+  EXPECT_TRUE(talvex_test::WaitUntil([&] { return ran.load(); }));
+  talvex_test::SpinFor(20);
+}
+
+class FileCopyTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = talvex_test::TempRoot() + "/copy-" + testing::UnitTest::GetInstance()->current_test_info()->name();
+    ASSERT_TRUE(util::file::EnsureDirExist(dir_));
+  }
+
+  // Copies and waits for the reply; returns the reported outcome.
+  bool Copy(std::string const& source, std::string const& target, bool* reply_on_main = nullptr) {
+    bool replied = false, result = false;
+    base::file::FileCopyer::FileCopy(
+        source, target,
+        [&](bool ok) {
+          result = ok;
+          replied = true;
+          if (reply_on_main) *reply_on_main = OnMainThread();
+        },
+        LooperThread::FileLooper(), LooperThread::MainLooper());
+    EXPECT_TRUE(talvex_test::WaitUntil([&] { return replied; }));
+    return result;
+  }
+
+  std::string dir_;
+};
+
+TEST_F(FileCopyTest, CopiesARealFileIntoANewDirectory) {
+  std::string data(3 * 1024 * 1024 + 17, '\0');
+  std::mt19937 random(7);
+  for (auto& c : data) c = static_cast<char>(random());
+  const std::string source = dir_ + "/photo.bin";
+  WriteFile(source, data);
+
+  const std::string target = dir_ + "/received/nested/photo copy.bin";
+  bool reply_on_main = false;
+  ASSERT_TRUE(Copy(source, target, &reply_on_main));
+  EXPECT_TRUE(reply_on_main);
+  EXPECT_EQ(ReadFile(target), data);
+  EXPECT_EQ(ReadFile(source), data);
+
+  // Replacing an existing file leaves no temporary beside it.
+  WriteFile(source, "second version");
+  ASSERT_TRUE(Copy(source, target));
+  EXPECT_EQ(ReadFile(target), "second version");
+  std::vector<std::string> names;
+  for (auto const& entry : std::filesystem::directory_iterator(dir_ + "/received/nested")) {
+    names.push_back(entry.path().filename().string());
+  }
+  EXPECT_EQ(names, std::vector<std::string>{"photo copy.bin"});
+}
+
+TEST_F(FileCopyTest, ReportsFailureWithoutTouchingTheTarget) {
+  const std::string target = dir_ + "/out.txt";
+  bool reply_on_main = false;
+  EXPECT_FALSE(Copy(dir_ + "/missing.txt", target, &reply_on_main));
+  EXPECT_TRUE(reply_on_main);
+  EXPECT_FALSE(util::file::IsFileExist(target));
+
+  EXPECT_FALSE(Copy(dir_, target));  // a directory is not a file to copy
+
+  WriteFile(target, "kept");
+  WriteFile(dir_ + "/src.txt", "new");
+  util::file::EnsureDirExist(dir_ + "/blocked");
+  EXPECT_FALSE(Copy(dir_ + "/src.txt", dir_ + "/blocked"));  // the target is a directory
+  EXPECT_TRUE(util::file::IsDirectory(dir_ + "/blocked"));
+  EXPECT_EQ(ReadFile(target), "kept");
+}
+
+TEST_F(FileCopyTest, RepliesOnTheLooperItIsGiven) {
+  WriteFile(dir_ + "/a.txt", "a");
+  std::atomic<bool> replied{false}, on_worker{false};
+  base::file::FileCopyer::FileCopy(
+      dir_ + "/a.txt", dir_ + "/b.txt",
+      [&](bool ok) {
+        on_worker = ok && LooperThread::FileLooper()->BelongsToCurrentThread();
+        replied = true;
+      },
+      LooperThread::FileLooper(), LooperThread::FileLooper());
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
+  EXPECT_TRUE(on_worker);
+  EXPECT_EQ(ReadFile(dir_ + "/b.txt"), "a");
+}
+
+namespace timer = talvex_common::utils::timer;
+
+TEST(TXTimer, SingleShotFiresOnceOnTheMainThread) {
+  int fired = 0;
+  bool on_main = false;
+  auto t = timer::CreateTimer([&] {
+    ++fired;
+    on_main = OnMainThread();
+  });
+  EXPECT_FALSE(t->IsActive());
+  t->Start(5, 0);
+  EXPECT_TRUE(t->IsActive());
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 1; }));
+  talvex_test::SpinFor(60);
+  EXPECT_EQ(fired, 1);
+  EXPECT_TRUE(on_main);
+  EXPECT_FALSE(t->IsActive());
+
+  t->Start(5, 0);  // a fired single shot can be started again
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 2; }));
+}
+
+TEST(TXTimer, RepeatsUntilStopped) {
+  int fired = 0;
+  auto t = timer::CreateTimer([&] { ++fired; });
+  t->Start(2, 1);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired >= 3; }));
+  t->Stop();
+  EXPECT_FALSE(t->IsActive());
+  const int at_stop = fired;
+  talvex_test::SpinFor(50);
+  EXPECT_EQ(fired, at_stop);
+}
+
+TEST(TXTimer, NeverFiresAfterStopOrDestruction) {
+  int fired = 0;
+  auto stopped = timer::CreateTimer([&] { ++fired; });
+  stopped->Start(0, 1);
+  stopped->Stop();
+  auto destroyed = timer::CreateTimer([&] { ++fired; });
+  destroyed->Start(0, 0);
+  destroyed.reset();
+  // Stopped from inside its own callback, and deleted from inside it.
+  std::unique_ptr<timer::TXTimer> self_stopping;
+  self_stopping = timer::CreateTimer([&] {
+    ++fired;
+    self_stopping->Stop();
+  });
+  self_stopping->Start(1, 1);
+  std::unique_ptr<timer::TXTimer> self_deleting;
+  self_deleting = timer::CreateTimer([&] {
+    ++fired;
+    self_deleting.reset();
+  });
+  self_deleting->Start(1, 1);
+
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 2; }));
+  talvex_test::SpinFor(60);
+  EXPECT_EQ(fired, 2);
+  EXPECT_EQ(self_deleting, nullptr);
+  EXPECT_FALSE(self_stopping->IsActive());
+}

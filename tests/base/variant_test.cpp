@@ -1,0 +1,400 @@
+#include "base/variant/variant.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "base/json/json_value.h"
+
+using base::variant::Variant;
+using namespace base::variant;
+
+namespace base {
+namespace variant {
+// Failure messages show the value as JSON.
+void PrintTo(Variant const& value, std::ostream* os) { *os << value.ToJson(); }
+}  // namespace variant
+}  // namespace base
+
+namespace {
+
+Variant MessageRecord() {
+  Variant record;
+  record["msg_id"] = "m-1";
+  record["message_time"] = 1700000000123LL;
+  record["is_self"] = true;
+  record["score"] = 2.5;
+  record["count_text"] = "42";
+  Variant content(kVariantTypeArray);
+  Variant block;
+  block["type"] = 2;
+  block["text"] = "hello";
+  content.Add(block);
+  record["msg_content"] = content;
+  return record;
+}
+
+}  // namespace
+
+TEST(VariantConstruction, EveryTypeCarriesItsTag) {
+  int local = 0;
+  const struct {
+    Variant value;
+    uint32_t type;
+  } cases[] = {
+      {Variant(), kVariantTypeNull},          {Variant(nullptr), kVariantTypeNull},
+      {Variant(true), kVariantTypeBool},      {Variant("text"), kVariantTypeString},
+      {Variant(std::string("s")), kVariantTypeString}, {Variant(std::string_view("sv")), kVariantTypeString},
+      {Variant(static_cast<char const*>(nullptr)), kVariantTypeString},
+      {Variant(7), kVariantTypeInteger},      {Variant(7u), kVariantTypeInteger},
+      {Variant(7L), kVariantTypeInteger},     {Variant(7UL), kVariantTypeInteger},
+      {Variant(7LL), kVariantTypeInteger},    {Variant(7ULL), kVariantTypeInteger},
+      {Variant(0.5), kVariantTypeDouble},     {Variant(0.5, true), kVariantTypeDouble},
+      {Variant(static_cast<void*>(&local)), kVariantTypePointer},
+      {Variant(static_cast<void const*>(&local)), kVariantTypePointer},
+      {Variant(Variant::Array{1, 2}), kVariantTypeArray}, {Variant(Variant::Map{{"k", 1}}), kVariantTypeMap},
+  };
+  for (auto const& c : cases) {
+    EXPECT_EQ(c.value.type(), c.type) << c.value.ToJson();
+    EXPECT_EQ(c.value.tag() & Variant::kTypeMask, c.type);
+  }
+  EXPECT_NE(Variant(0.5, true).tag() & Variant::kFlagDouble, 0u);
+  EXPECT_EQ(Variant(0.5).tag() & Variant::kFlagDouble, 0u);
+  EXPECT_EQ(Variant(static_cast<char const*>(nullptr)).AsStr(), "");
+
+  for (uint32_t t = kVariantTypeNull; t <= kVariantTypeMap; ++t) {
+    Variant empty{static_cast<VariantType>(t)};
+    EXPECT_EQ(empty.type(), t);
+    EXPECT_TRUE(empty.Empty());
+    EXPECT_EQ(empty.AsInteger(), 0);
+  }
+  EXPECT_TRUE(Variant(static_cast<VariantType>(12)).IsNull());
+}
+
+TEST(VariantReads, TypedReadsFallBackOnMissingKeysAndWrongTypes) {
+  const Variant record = MessageRecord();
+  EXPECT_EQ(record.GetInteger("message_time"), 1700000000123LL);
+  EXPECT_EQ(record.GetString("msg_id"), "m-1");
+  EXPECT_STREQ(record.GetCStr("msg_id"), "m-1");
+
+  // Missing keys: zero values without a default, the default with one.
+  EXPECT_EQ(record.GetInteger("absent"), 0);
+  EXPECT_EQ(record.GetInteger("absent", -1), -1);
+  EXPECT_FALSE(record.GetBoolean("absent"));
+  EXPECT_TRUE(record.GetBoolean("absent", true));
+  EXPECT_STREQ(record.GetCStr("absent"), "");
+  EXPECT_STREQ(record.GetCStr("absent", "dflt"), "dflt");
+  EXPECT_EQ(record.GetString("absent", "dflt"), "dflt");
+  EXPECT_DOUBLE_EQ(record.GetDouble("absent", 1.5), 1.5);
+  EXPECT_TRUE(record.Get("absent").IsNull());
+
+  // Strings are never parsed as numbers; non-strings never read as strings.
+  EXPECT_EQ(record.GetInteger("count_text", -1), -1);
+  EXPECT_EQ(record.GetInt32("count_text"), 0);
+  EXPECT_STREQ(record.GetCStr("message_time", "dflt"), "dflt");
+  EXPECT_EQ(record.GetString("msg_content", "dflt"), "dflt");
+  EXPECT_EQ(record.Get("message_time").AsStr(), "");
+  EXPECT_EQ(record.GetInteger("msg_content", 9), 9);
+
+  // Numbers convert among themselves and to bool.
+  EXPECT_EQ(record.GetInteger("score"), 2);
+  EXPECT_DOUBLE_EQ(record.GetDouble("message_time"), 1700000000123.0);
+  EXPECT_EQ(record.GetInteger("is_self"), 1);
+  EXPECT_TRUE(record.GetBoolean("score"));
+  EXPECT_EQ(Variant(-3.99).AsInteger(), -3);
+  EXPECT_EQ(Variant(1e300).AsInteger(), std::numeric_limits<int64_t>::max());
+  EXPECT_EQ(Variant(-1.0).AsUint64(), 0u);
+
+  // Reads through values that are not maps or arrays.
+  const Variant number(5);
+  EXPECT_TRUE(number.Get("x").IsNull());
+  EXPECT_FALSE(number.Has("x"));
+  EXPECT_TRUE(number[0].IsNull());
+  EXPECT_TRUE(number.AsMap().empty());
+  EXPECT_TRUE(number.AsArray().empty());
+  EXPECT_TRUE(record["msg_content"][5].IsNull());
+  EXPECT_TRUE(record["msg_content"][-1].IsNull());
+  EXPECT_EQ(record["msg_content"][0].GetString("text"), "hello");
+}
+
+TEST(VariantReads, PointersTravelAsUnsignedIntegers) {
+  int target = 0;
+  const Variant pointer(static_cast<void*>(&target));
+  const uint64_t address = pointer.AsUint64();
+  EXPECT_EQ(address, reinterpret_cast<uintptr_t>(&target));
+  const Variant as_number(static_cast<unsigned long long>(address));
+  EXPECT_EQ(as_number.AsPtr(), &target);
+
+  Variant params;
+  params["view_context"] = as_number;
+  params["view_ptr"] = pointer;
+  EXPECT_EQ(params.GetUint64("view_context"), address);
+  EXPECT_EQ(params.GetUint64("view_ptr"), address);
+  EXPECT_EQ(params.Get("view_context").AsPtr(), &target);
+  EXPECT_EQ(Variant("text").AsPtr(), nullptr);
+}
+
+TEST(VariantContainers, MapOperations) {
+  Variant v;
+  EXPECT_TRUE(v.Set("a", 1));
+  EXPECT_TRUE(v.IsMap());
+  v["b"]["c"] = "deep";
+  EXPECT_EQ(v.Size(), 2u);
+  EXPECT_TRUE(v.Has("b"));
+  EXPECT_EQ(v["b"].GetString("c"), "deep");
+  EXPECT_TRUE(v.Set(std::string_view("a"), Variant(2)));
+  EXPECT_EQ(v.GetInteger("a"), 2);
+  EXPECT_TRUE(v.Remove("a"));
+  EXPECT_FALSE(v.Remove("a"));
+  EXPECT_FALSE(v.Has("a"));
+
+  // Writing through a missing key or into a non-map goes nowhere.
+  v.Get("missing") = 5;
+  v.Get("missing")["x"] = 1;
+  EXPECT_FALSE(v.Has("missing"));
+  EXPECT_TRUE(v.Get("missing").IsNull());
+  Variant number(3);
+  EXPECT_FALSE(number.Set("k", 1));
+  number["k"] = 2;
+  number.AsMap()["k"] = 3;
+  EXPECT_EQ(number, Variant(3));
+
+  // A present key can be written through Get.
+  v.Get("b")["c"] = "changed";
+  EXPECT_EQ(v["b"].GetString("c"), "changed");
+
+  // A value may be replaced by one of its own members.
+  v = v["b"];
+  EXPECT_EQ(v.GetString("c"), "changed");
+  v = std::move(v["c"]);
+  EXPECT_EQ(v.AsStr(), "changed");
+}
+
+TEST(VariantContainers, ArrayOperations) {
+  Variant list;
+  EXPECT_TRUE(list.Add(2));
+  EXPECT_TRUE(list.Add(Variant("three")));
+  EXPECT_TRUE(list.AddFront(1));
+  ASSERT_EQ(list.Size(), 3u);
+  EXPECT_EQ(list[0].AsInteger(), 1);
+  EXPECT_EQ(list[1].AsInteger(), 2);
+  EXPECT_EQ(list[2].AsStr(), "three");
+  list[1] = 20;
+  EXPECT_EQ(list[1].AsInteger(), 20);
+
+  list[7] = "dropped";
+  list[-1] = "dropped";
+  EXPECT_EQ(list.Size(), 3u);
+  EXPECT_TRUE(list[7].IsNull());
+
+  Variant text("abc");
+  EXPECT_FALSE(text.Add(1));
+  EXPECT_FALSE(text.AddFront(1));
+  EXPECT_EQ(text.AsStr(), "abc");
+  EXPECT_EQ(text.Size(), 3u);
+
+  Variant grown;
+  grown.AsArray().push_back(Variant(1));
+  EXPECT_TRUE(grown.IsArray());
+  EXPECT_EQ(grown.Size(), 1u);
+}
+
+TEST(VariantCopyOnWrite, CopiesShareUntilWritten) {
+  const Variant original = MessageRecord();
+  Variant copy = original;
+  EXPECT_TRUE(copy.SharesStorageWith(original));
+
+  // Reads do not detach.
+  EXPECT_EQ(copy.GetInteger("message_time"), 1700000000123LL);
+  EXPECT_EQ(static_cast<Variant const&>(copy)["msg_content"].Size(), 1u);
+  EXPECT_TRUE(copy.SharesStorageWith(original));
+
+  copy["msg_id"] = "m-2";
+  EXPECT_FALSE(copy.SharesStorageWith(original));
+  EXPECT_EQ(original.GetString("msg_id"), "m-1");
+  EXPECT_EQ(copy.GetString("msg_id"), "m-2");
+
+  // Nested containers are shared too and detach on their own.
+  Variant nested = original;
+  nested["msg_content"][0]["text"] = "edited";
+  nested["msg_content"].Add(1);
+  EXPECT_EQ(original["msg_content"].Size(), 1u);
+  EXPECT_EQ(original["msg_content"][0].GetString("text"), "hello");
+  EXPECT_EQ(nested["msg_content"][0].GetString("text"), "edited");
+
+  Variant text("shared text");
+  Variant text_copy = text;
+  EXPECT_TRUE(text.SharesStorageWith(text_copy));
+  Variant list = original["msg_content"];
+  list.AsArray().clear();
+  EXPECT_EQ(original["msg_content"].Size(), 1u);
+  Variant removed = original;
+  removed.Remove("msg_id");
+  EXPECT_TRUE(original.Has("msg_id"));
+
+  // Scalars are plain values.
+  EXPECT_FALSE(Variant(1).SharesStorageWith(Variant(1)));
+}
+
+TEST(VariantCopyOnWrite, CopiesAcrossThreadsKeepTheOriginalIntact) {
+  const Variant original = MessageRecord();
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([&original, t] {
+      for (int i = 0; i < 2000; ++i) {
+        Variant copy = original;
+        if (i % 10 == 0) copy["msg_id"] = t;
+        Variant list = copy["msg_content"];
+        list.Add(i);
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(original, MessageRecord());
+}
+
+TEST(VariantEquality, ComparesByTypeAndValue) {
+  EXPECT_EQ(MessageRecord(), MessageRecord());
+  Variant changed = MessageRecord();
+  changed["msg_content"][0]["text"] = "other";
+  EXPECT_NE(changed, MessageRecord());
+  EXPECT_EQ(Variant(), Variant(nullptr));
+  EXPECT_NE(Variant(1), Variant(1.0));
+  EXPECT_NE(Variant(1), Variant(true));
+  EXPECT_NE(Variant("1"), Variant(1));
+  EXPECT_NE(Variant(std::numeric_limits<uint64_t>::max()), Variant(-1LL));
+  EXPECT_EQ(Variant(5ULL), Variant(5));
+  EXPECT_NE(Variant(Variant::Array{1, 2}), Variant(Variant::Array{2, 1}));
+  EXPECT_NE(Variant(kVariantTypeMap), Variant(kVariantTypeArray));
+}
+
+TEST(VariantJson, RoundTripsNestedUnicodeAndNumbers) {
+  Variant v = MessageRecord();
+  v["nick"] = "李雷 😀 \"quoted\"\n\ttab \\ \x01";
+  v["max"] = std::numeric_limits<int64_t>::max();
+  v["min"] = std::numeric_limits<int64_t>::min();
+  v["umax"] = std::numeric_limits<uint64_t>::max();
+  v["tenth"] = 0.1;
+  v["huge"] = 1e300;
+  v["whole"] = 3.0;
+  v["nothing"] = Variant();
+  v["empty_list"] = Variant(kVariantTypeArray);
+  v["empty_map"] = Variant(kVariantTypeMap);
+
+  const std::string text = v.ToJson();
+  EXPECT_NE(text.find("\\u0001"), std::string::npos);
+  Variant back;
+  ASSERT_TRUE(back.FromJsonStr(text.c_str()));
+  EXPECT_EQ(back, v);
+  EXPECT_EQ(back.GetUint64("umax"), std::numeric_limits<uint64_t>::max());
+  EXPECT_EQ(back.GetInteger("min"), std::numeric_limits<int64_t>::min());
+  EXPECT_TRUE(back.Get("whole").IsDouble());
+  EXPECT_EQ(back.GetDouble("tenth"), 0.1);
+  EXPECT_EQ(back.ToJson(), text);
+
+  base::json::JsonValue json;
+  ASSERT_TRUE(json.ParseFromJson(text.data(), text.size()));
+  Variant from_document;
+  ASSERT_TRUE(from_document.FromJson(json));
+  EXPECT_EQ(from_document, v);
+}
+
+TEST(VariantJson, ParsesEscapesAndKeepsTheLastDuplicateKey) {
+  Variant v;
+  ASSERT_TRUE(v.FromJsonStr(R"({"a":"\u674e\ud83d\ude00","a2":[1,[2,{"b":null}]],"d":1,"d":2})"));
+  EXPECT_EQ(v.GetString("a"), "李😀");
+  EXPECT_TRUE(v["a2"][1][1]["b"].IsNull());
+  EXPECT_TRUE(v["a2"][1][1].Has("b"));
+  EXPECT_EQ(v.GetInteger("d"), 2);
+
+  const char text[] = "[1,2]garbage";
+  Variant prefix;
+  ASSERT_TRUE(prefix.FromJsonStr(text, 5));
+  EXPECT_EQ(prefix.Size(), 2u);
+}
+
+TEST(VariantJson, MalformedTextLeavesTheValueUnchanged) {
+  const Variant before = MessageRecord();
+  for (char const* bad : {"", "{", "{\"a\":}", "[1,2", "{\"a\":1} trailing", "nul", "{'a':1}", "\"\xC3\x28\"",
+                          "[1,]", "{\"a\" 1}"}) {
+    Variant v = before;
+    EXPECT_FALSE(v.FromJsonStr(bad)) << bad;
+    EXPECT_EQ(v, before) << bad;
+  }
+  Variant v = before;
+  EXPECT_FALSE(v.FromJsonStr(nullptr));
+  EXPECT_EQ(v, before);
+}
+
+TEST(VariantText, ToStringAndLogForms) {
+  EXPECT_EQ(Variant().ToString(), "");
+  EXPECT_EQ(Variant("plain").ToString(), "plain");
+  EXPECT_EQ(Variant(-12).ToString(), "-12");
+  EXPECT_EQ(Variant(1.5).ToString(), "1.5");
+  EXPECT_EQ(Variant(false).ToString(), "false");
+  EXPECT_EQ(Variant(std::numeric_limits<uint64_t>::max()).ToString(), "18446744073709551615");
+  EXPECT_EQ(Variant(Variant::Map{{"k", "v"}}).ToString(), R"({"k":"v"})");
+  // Invalid UTF-8 is replaced, never thrown.
+  EXPECT_NO_THROW(Variant(Variant::Array{"\xFF\xFE"}).ToJson());
+
+  EXPECT_EQ(framework::VariantToString(nullptr), "null");
+  const Variant null_value;
+  EXPECT_EQ(framework::VariantToString(&null_value), "null");
+  EXPECT_EQ(&framework::GetEmptyVariant(), &Variant::EmptyValue());
+  EXPECT_TRUE(framework::GetEmptyVariant().IsNull());
+}
+
+TEST(VariantText, ToStringWithoutHidesKeysAtAnyDepth) {
+  Variant v;
+  v["token"] = "secret-1";
+  v["user"]["name"] = "Ann";
+  v["user"]["token"] = "secret-2";
+  Variant member;
+  member["token"] = "secret-3";
+  member["id"] = 7;
+  v["members"].Add(member);
+
+  const Variant* value = &v;
+  const std::string hidden = framework::VariantToStringWithout(value, {"token"});
+  EXPECT_EQ(hidden.find("secret"), std::string::npos) << hidden;
+  EXPECT_EQ(hidden.find("token"), std::string::npos) << hidden;
+  EXPECT_NE(hidden.find("Ann"), std::string::npos);
+  EXPECT_NE(hidden.find("\"id\":7"), std::string::npos);
+
+  const std::string masked = framework::VariantToStringWithout(value, {"token"}, true);
+  EXPECT_EQ(masked.find("secret"), std::string::npos) << masked;
+  EXPECT_NE(masked.find(R"("token":"***")"), std::string::npos) << masked;
+  EXPECT_NE(framework::VariantToString(value).find("secret-3"), std::string::npos);
+}
+
+TEST(JsonValue, ParsesBuildsAndPrints) {
+  base::json::JsonValue doc;
+  const std::string text = "xx{ // note\n \"n\": 5, \"s\": \"t\", /* c */ \"l\": [1, 2] }";
+  EXPECT_FALSE(doc.ParseFromJson(text.data(), text.size() - 2, 2, false));
+  EXPECT_TRUE(doc.IsNull());
+  ASSERT_TRUE(doc.ParseFromJson(text.data(), text.size() - 2, 2, true));
+  EXPECT_TRUE(doc.IsObject());
+  EXPECT_EQ(doc["n"].AsInteger(), 5);
+  EXPECT_EQ(doc["s"].AsString(), "t");
+  EXPECT_EQ(doc["s"].AsInteger(-1), -1);
+  EXPECT_EQ(doc["l"].Size(), 2u);
+  EXPECT_EQ(doc["l"][1].AsInteger(), 2);
+  EXPECT_TRUE(doc["l"][9].IsNull());
+
+  base::json::JsonValue built;
+  built.SetJsonObject("k", doc["n"]);
+  base::json::JsonValue list;
+  list.AddaJsonObject(doc["s"]);
+  built.SetJsonObject("list", list);
+  EXPECT_EQ(built.ToCompactString(), R"({"k":5,"list":["t"]})");
+  EXPECT_TRUE(built.Has("list"));
+  EXPECT_FALSE(built.Has("none"));
+
+  base::json::JsonValue moved = std::move(built);
+  EXPECT_TRUE(built.IsNull());
+  EXPECT_EQ(moved["k"].AsInteger(), 5);
+}
