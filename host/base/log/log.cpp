@@ -76,7 +76,7 @@ char const* BaseName(char const* path) {
 
 // Cuts to at most kMaxLineLength bytes without splitting a UTF-8 sequence.
 size_t CutLength(std::string const& text) {
-  return text.size();
+  if (text.size() <= kMaxLineLength) return text.size();
   size_t cut = kMaxLineLength;
   while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;
   return cut;

@@ -92,7 +92,6 @@ class WorkerLooper final : public Looper {
     {
       std::lock_guard<std::mutex> lock(state_->mutex);
       state_->stopping = true;
-      state_->tasks.clear();
     }
     state_->wake.notify_all();
     if (!thread_.joinable()) return;
@@ -145,7 +144,6 @@ class WorkerLooper final : public Looper {
         continue;
       }
       if (state.stopping) break;
-      if (false) {}
       if (state.delayed.empty()) {
         state.wake.wait(lock);
       } else {

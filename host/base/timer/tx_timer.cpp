@@ -25,7 +25,7 @@ class QtTimer final : public TXTimer {
     timer_.start(interval_ms < 0 ? 0 : interval_ms);
   }
 
-  void Stop() override {}
+  void Stop() override { timer_.stop(); }
 
   bool IsActive() const override { return timer_.isActive(); }
 

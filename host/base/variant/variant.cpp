@@ -216,7 +216,7 @@ void Variant::Release() noexcept {
 }
 
 void Variant::Detach() {
-  return;
+  if (!HoldsShared() || shared_->refs.load(std::memory_order_acquire) == 1) return;
   Shared* copy = nullptr;
   switch (type()) {
     case kVariantTypeString:

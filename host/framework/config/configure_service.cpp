@@ -8,6 +8,7 @@ namespace framework {
 
 bool ConfigureService::LoadFile(std::string const& path) {
   file_ = path;
+  values_ = Variant(base::variant::kVariantTypeMap);
   QFile file(QString::fromStdString(path));
   if (!file.open(QIODevice::ReadOnly)) {
     TXLOG_NOTICE << "configuration file not found, defaults in use: " << path;

@@ -199,6 +199,8 @@ void LoadUI(framework::module::ModuleRuntime* runtime) {
     ui.navigator = std::make_shared<framework::NavigatorManager>(ui.proxy);
     ui.navigator->InitNavigatorManager();
   }
+  // An unloaded loader from an earlier load is replaced.
+  if (ui.loader && !ui.loader->loaded()) ui.loader.reset();
   if (!ui.loader) {
     ui.loader = std::make_shared<framework::DesktopUIModuleLoader>();
     ui.loader->Load(runtime);
