@@ -156,6 +156,7 @@ TEST_F(ChatRegistrationTest, PagesOpenThroughTheNavigator) {
   QWidget* first = controller->view()->frame();
   ASSERT_NE(first, nullptr);
   EXPECT_TRUE(first->isVisible());
+  EXPECT_EQ(first->windowTitle().toStdString(), "Chat") << "titled from the client's string table";
   // A second show raises the same window.
   ASSERT_TRUE(navigator.Push("talvex://page/inmeeting/chat"));
   EXPECT_EQ(controller->view()->frame(), first);

@@ -62,8 +62,12 @@ struct UiState {
   framework::NavigateProxyService* proxy = nullptr;
 };
 
-// The non-UI side's managers; its proxy service is made once and kept.
+// The non-UI side's managers; its proxy service is made once and kept as
+// long as the library is loaded.
 struct NonUiState {
+  ~NonUiState() {
+    if (proxy) framework::DeleteNavigateProxyService(proxy);
+  }
   framework::module::ModuleRuntime* runtime = nullptr;
   std::shared_ptr<framework::SchemeRouterManager> router;
   std::shared_ptr<framework::NavigatorManager> navigator;

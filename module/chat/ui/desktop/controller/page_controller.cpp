@@ -1,6 +1,8 @@
 #include "chat/ui/desktop/controller/page_controller.h"
 
 #include "base/log/log.h"
+#include "framework/resource/resource.h"
+#include "framework/viewmodel/view_model.h"
 
 namespace chat {
 
@@ -46,13 +48,13 @@ void PageController::Close() {
   view->Dispose();
 }
 
-PageWindowView::PageWindowView(std::string object_name, std::string title, int width, int height)
-    : object_name_(std::move(object_name)), title_(std::move(title)), width_(width), height_(height) {}
+PageWindowView::PageWindowView(std::string object_name, uint32_t title_id, int width, int height)
+    : object_name_(std::move(object_name)), title_id_(title_id), width_(width), height_(height) {}
 
 QWidget* PageWindowView::BuildFrame(QWidget* parent, Variant*) {
   auto* window = new QWidget(parent, Qt::Window);
   window->setObjectName(QString::fromStdString(object_name_));
-  window->setWindowTitle(QString::fromStdString(title_));
+  window->setWindowTitle(QString::fromStdString(talvex_common::utils::GetLocalizedString(title_id_)));
   window->resize(width_, height_);
   return window;
 }
@@ -64,20 +66,20 @@ void PageWindowView::OnActivate() {
 }  // namespace chat
 
 namespace {
-chat::PageController::ViewMaker Window(char const* name, char const* title, int width, int height) {
-  return [=] { return std::make_shared<chat::PageWindowView>(name, title, width, height); };
+chat::PageController::ViewMaker Window(char const* name, uint32_t title_id, int width, int height) {
+  return [=] { return std::make_shared<chat::PageWindowView>(name, title_id, width, height); };
 }
 }  // namespace
 
 ChatController::ChatController()
-    : PageController("talvex://page/inmeeting/chat", Window("ChatWindow", "Chat", 420, 640)) {}
+    : PageController("talvex://page/inmeeting/chat", Window("ChatWindow", framework::NameId("chat.page.chat.title"), 420, 640)) {}
 
 // Every show of the record gives a fresh window.
 ChatRecordQTController::ChatRecordQTController()
-    : PageController("talvex://page/chat_record_qt", Window("ChatRecordDialog", "Chat record", 560, 640), true) {}
+    : PageController("talvex://page/chat_record_qt", Window("ChatRecordDialog", framework::NameId("chat.page.record.title"), 560, 640), true) {}
 
 MeetingNoticeContoller::MeetingNoticeContoller()
-    : PageController("talvex://page/meeting_notice", Window("MeetingNoticeDialog", "Meeting notice", 480, 420)) {}
+    : PageController("talvex://page/meeting_notice", Window("MeetingNoticeDialog", framework::NameId("chat.page.notice.title"), 480, 420)) {}
 
 QtView::EmojiBulletController::EmojiBulletController()
-    : PageController("talvex://page/inmeeting/emoji_bullet", Window("EmojiBulletWindow", "Reactions", 360, 240)) {}
+    : PageController("talvex://page/inmeeting/emoji_bullet", Window("EmojiBulletWindow", framework::NameId("chat.page.emoji_bullet.title"), 360, 240)) {}

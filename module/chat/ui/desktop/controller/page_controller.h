@@ -32,10 +32,10 @@ class PageController : public framework::Controller {
   std::shared_ptr<AppBaseQTView> view_;
 };
 
-// A page window: a top-level frame with a title.
+// A page window: a top-level frame titled by a string of the client's table.
 class PageWindowView : public AppQTView {
  public:
-  PageWindowView(std::string object_name, std::string title, int width, int height);
+  PageWindowView(std::string object_name, uint32_t title_id, int width, int height);
   void OnActivate() override;
 
  protected:
@@ -43,7 +43,7 @@ class PageWindowView : public AppQTView {
 
  private:
   std::string object_name_;
-  std::string title_;
+  uint32_t title_id_;
   int width_;
   int height_;
 };

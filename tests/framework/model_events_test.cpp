@@ -1,0 +1,275 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "framework/chat/chat_utils.h"
+#include "framework/model/model_impl.h"
+#include "framework/module/app_module.h"
+#include "framework/module/module_service.h"
+
+namespace {
+
+using framework::EventHandler;
+using framework::PriorityEventHandler;
+
+// Subscriber ids are addresses; any distinct numbers do for the hub.
+constexpr uint64_t kA = 0xA0, kB = 0xB0, kC = 0xC0, kD = 0xD0, kE = 0xE0;
+constexpr uint32_t kEvent = 7;
+
+std::shared_ptr<EventHandler> Plain(std::function<void(Variant const*)> f) {
+  return std::make_shared<EventHandler>(std::move(f));
+}
+std::shared_ptr<PriorityEventHandler> Prio(std::function<void(Variant const*, bool&)> f) {
+  return std::make_shared<PriorityEventHandler>(std::move(f));
+}
+
+// Echoes method 1 and knows no other.
+class EchoModel : public framework::ModelImpl {
+ public:
+  EchoModel() : ModelImpl(42) {}
+  bool Invoke(uint32_t method, Variant const* params, Variant* result) override {
+    if (method != 1) return false;
+    if (result) *result = params ? *params : Variant("none");
+    return true;
+  }
+};
+
+class ModelEventsTest : public testing::Test {
+ protected:
+  std::vector<std::string> calls_;
+  auto Log(std::string name) {
+    return Plain([this, name](Variant const*) { calls_.push_back(name); });
+  }
+  auto LogPrio(std::string name, bool stop = false) {
+    return Prio([this, name, stop](Variant const*, bool& s) {
+      calls_.push_back(name);
+      s = stop;
+    });
+  }
+};
+
+TEST_F(ModelEventsTest, PriorityHandlersRunHighestFirstThenPlainInSubscriptionOrder) {
+  framework::ModelImpl model(3);
+  model.Subscribe(kEvent, kA, Log("plain-a"));
+  model.SubscribePriority(kEvent, 1, kB, LogPrio("p1-b"));
+  model.Subscribe(kEvent, kC, Log("plain-c"));
+  model.SubscribePriority(kEvent, 5, kD, LogPrio("p5-d"));
+  model.SubscribePriority(kEvent, 1, kE, LogPrio("p1-e"));
+  model.Subscribe(kEvent + 1, kA, Log("other-event"));
+
+  EXPECT_FALSE(model.FireEvent(kEvent, Variant(1)));
+  EXPECT_EQ(calls_, (std::vector<std::string>{"p5-d", "p1-b", "p1-e", "plain-a", "plain-c"}));
+  EXPECT_EQ(model.type(), 3);
+}
+
+TEST_F(ModelEventsTest, PayloadAndNullReachHandlersAsGiven) {
+  framework::ModelImpl model;
+  std::vector<std::string> seen;
+  model.Subscribe(kEvent, kA, Plain([&](Variant const* v) { seen.push_back(v ? v->GetString("k") : "null"); }));
+  Variant payload(base::variant::kVariantTypeMap);
+  payload.Set("k", "v");
+  model.FireEvent(kEvent, &payload);
+  model.FireEvent(kEvent, nullptr);
+  model.FireEvent(kEvent + 1, &payload);  // nobody listens
+  EXPECT_EQ(seen, (std::vector<std::string>{"v", "null"}));
+}
+
+TEST_F(ModelEventsTest, StopFlagEndsDeliveryForEveryLaterHandler) {
+  framework::ModelImpl model;
+  model.SubscribePriority(kEvent, 9, kA, LogPrio("first"));
+  model.SubscribePriority(kEvent, 5, kB, LogPrio("stopper", true));
+  model.SubscribePriority(kEvent, 1, kC, LogPrio("low"));
+  model.Subscribe(kEvent, kD, Log("plain"));
+
+  EXPECT_TRUE(model.FireEvent(kEvent, nullptr));
+  EXPECT_EQ(calls_, (std::vector<std::string>{"first", "stopper"}));
+
+  // Without the stopper everyone sees the next event.
+  model.UnsubscribePriority(kEvent, kB);
+  calls_.clear();
+  EXPECT_FALSE(model.FireEvent(kEvent, nullptr));
+  EXPECT_EQ(calls_, (std::vector<std::string>{"first", "low", "plain"}));
+}
+
+TEST_F(ModelEventsTest, HandlersMayUnsubscribeAndSubscribeDuringDelivery) {
+  framework::ModelImpl model;
+  // On the first event a removes b (plain) and e (priority, not yet run)
+  // and adds c.
+  bool first = true;
+  model.SubscribePriority(kEvent, 3, kA, Prio([&](Variant const*, bool&) {
+    calls_.push_back("a");
+    if (!first) return;
+    first = false;
+    model.Unsubscribe(kEvent, kB);
+    model.UnsubscribePriority(kEvent, kE);
+    model.Subscribe(kEvent, kC, Log("c"));
+  }));
+  model.SubscribePriority(kEvent, 1, kE, LogPrio("e"));
+  model.Subscribe(kEvent, kB, Log("b"));
+  // d removes itself: it runs now and never again.
+  model.Subscribe(kEvent, kD, Plain([&](Variant const*) {
+    calls_.push_back("d");
+    model.Unsubscribe(kEvent, kD);
+  }));
+
+  model.FireEvent(kEvent, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"a", "d"}));
+
+  calls_.clear();
+  model.FireEvent(kEvent, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"a", "c"}));
+}
+
+TEST_F(ModelEventsTest, UnInitDuringDeliveryStopsTheRemainingHandlers) {
+  framework::ModelImpl model;
+  model.Subscribe(kEvent, kA, Plain([&](Variant const*) {
+    calls_.push_back("a");
+    model.UnInit();
+  }));
+  model.Subscribe(kEvent, kB, Log("b"));
+  model.FireEvent(kEvent, nullptr);
+  model.FireEvent(kEvent, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"a"}));
+  EXPECT_EQ(model.SubscriberCount(kEvent), 0u);
+}
+
+TEST_F(ModelEventsTest, UnsubscribingASubscriberRemovesItsPlainAndPrioritySubscriptions) {
+  framework::ModelImpl model;
+  model.Subscribe(kEvent, kA, Log("a-plain"));
+  model.Subscribe(kEvent + 1, kA, Log("a-other"));
+  model.SubscribePriority(kEvent, 2, kA, LogPrio("a-prio"));
+  model.Subscribe(kEvent, kB, Log("b"));
+
+  model.Unsubscribe(kA);
+  EXPECT_FALSE(model.HasSubscriber(kA));
+  model.FireEvent(kEvent, nullptr);
+  model.FireEvent(kEvent + 1, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"b"}));
+}
+
+TEST_F(ModelEventsTest, PlainAndPriorityUnsubscribeLeaveTheOtherKind) {
+  framework::ModelImpl model;
+  model.Subscribe(kEvent, kA, Log("plain"));
+  model.SubscribePriority(kEvent, 1, kA, LogPrio("prio"));
+
+  model.Unsubscribe(kEvent, kA);
+  model.FireEvent(kEvent, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"prio"}));
+
+  model.Subscribe(kEvent, kA, Log("plain"));
+  model.UnsubscribePriority(kA);
+  calls_.clear();
+  model.FireEvent(kEvent, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"plain"}));
+}
+
+TEST_F(ModelEventsTest, ASecondSubscriptionReplacesTheFirstAndNullHandlersAreIgnored) {
+  framework::ModelImpl model;
+  model.Subscribe(kEvent, kA, Log("old"));
+  model.SubscribeWithLocation(kEvent, kA, Log("new"), "here");
+  model.Subscribe(kEvent, kB, nullptr);
+  model.SubscribePriority(kEvent, 1, kC, nullptr);
+  model.FireEvent(kEvent, nullptr);
+  EXPECT_EQ(calls_, (std::vector<std::string>{"new"}));
+  EXPECT_EQ(model.SubscriberCount(kEvent), 1u);
+}
+
+TEST_F(ModelEventsTest, CallsGoThroughInvoke) {
+  EchoModel model;
+  framework::ModelImpl plain;
+  Variant params("p"), result;
+  EXPECT_TRUE(model.Invoke(1, &params, &result));
+  EXPECT_EQ(result.AsStr(), "p");
+  EXPECT_TRUE(model.Invoke(1, nullptr, nullptr));
+  EXPECT_FALSE(model.Invoke(2, &params, &result));
+  EXPECT_FALSE(plain.Invoke(1, &params, &result));
+
+  result.Reset();
+  EXPECT_TRUE(model.P2PCall(1, kB, &params, &result));
+  EXPECT_EQ(result.AsStr(), "p");
+  EXPECT_EQ(model.AsyncCall(1, nullptr).get().AsStr(), "none");
+  EXPECT_TRUE(model.AsyncCall(9, &params).get().IsNull());
+}
+
+TEST_F(ModelEventsTest, ServicesDeliverEventsLikeModels) {
+  framework::BaseServiceImpl service;
+  service.Subscribe(kEvent, kA, Log("plain"));
+  service.SubscribePriority(kEvent, 4, kB, LogPrio("high"));
+  service.SubscribePriority(kEvent, 2, kC, LogPrio("low"));
+  EXPECT_FALSE(service.FireEvent(kEvent, nullptr));
+  EXPECT_EQ(calls_, (std::vector<std::string>{"high", "low", "plain"}));
+
+  service.UnsubscribePriority(kEvent, kB);
+  service.Unsubscribe(kEvent, kA);
+  service.SubscribePriority(kEvent, 9, kD, LogPrio("stop", true));
+  calls_.clear();
+  EXPECT_TRUE(service.FireEvent(kEvent, nullptr));
+  EXPECT_EQ(calls_, (std::vector<std::string>{"stop"}));
+
+  service.Unsubscribe(kD);
+  service.UnsubscribePriority(kC);
+  EXPECT_EQ(service.SubscriberCount(kEvent), 0u);
+  Variant result;
+  EXPECT_FALSE(service.Invoke(1, nullptr, &result));
+}
+
+class AppModuleTest : public testing::Test {
+ protected:
+  void TearDown() override { framework::module::GetModuleService()->SetApplicationModule(nullptr); }
+};
+
+TEST_F(AppModuleTest, ModelsAreFoundByIdUntilUnregistered) {
+  using framework::module::GetAppModuleModel;
+  framework::module::GetModuleService()->SetApplicationModule(nullptr);
+  EXPECT_EQ(GetAppModuleModel(517), nullptr);
+
+  auto app = std::make_shared<framework::module::ApplicationModule>();
+  framework::module::GetModuleService()->SetApplicationModule(app);
+  EXPECT_EQ(GetAppModuleModel(517), nullptr);
+
+  auto model = std::make_shared<EchoModel>();
+  app->RegisterModel(517, model);
+  app->RegisterModel(517, nullptr);  // ignored: the model stays
+  EXPECT_EQ(GetAppModuleModel(517), model);
+  EXPECT_EQ(app->ModelIds(), std::vector<int>{517});
+
+  app->UnregisterModel(517);
+  EXPECT_EQ(GetAppModuleModel(517), nullptr);
+  app->RegisterModel(1, model);
+  app->Clear();
+  EXPECT_EQ(GetAppModuleModel(1), nullptr);
+}
+
+class MessageStoreModel : public framework::ModelImpl, public talvex::IChatMessageStore {
+ public:
+  std::shared_ptr<Variant> FindMessage(std::string const& id) const override {
+    if (id != "m1") return nullptr;
+    auto record = std::make_shared<Variant>(base::variant::kVariantTypeMap);
+    record->Set("msg_id", "m1");
+    return record;
+  }
+};
+
+TEST_F(AppModuleTest, ChatRecordsComeFromTheMessageModelWhenThereIsOne) {
+  using talvex::ChatUtils;
+  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById("m1"), nullptr);
+
+  auto app = std::make_shared<framework::module::ApplicationModule>();
+  framework::module::GetModuleService()->SetApplicationModule(app);
+  app->RegisterModel(524, std::make_shared<EchoModel>());  // no store behind it
+  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById("m1"), nullptr);
+
+  app->RegisterModel(524, std::make_shared<MessageStoreModel>());
+  auto record = ChatUtils::GetMsgInfoPtrById("m1");
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->GetString("msg_id"), "m1");
+  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById("unknown"), nullptr);
+  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById(""), nullptr);
+  EXPECT_TRUE(ChatUtils::IsRedPacketOrReceiptType(2));
+  EXPECT_TRUE(ChatUtils::IsRedPacketOrReceiptType(3));
+  EXPECT_FALSE(ChatUtils::IsRedPacketOrReceiptType(1));
+}
+
+}  // namespace

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QWidget>
+#include <string>
+#include <vector>
+
+#include "support/test_util.h"
+#include "uikit/qt_ui_service.h"
+#include "uikit/tx_qt_ui_util.h"
+
+namespace {
+
+QMessageBox* FindAlert(QString const& title) {
+  for (QWidget* w : QApplication::topLevelWidgets()) {
+    auto* box = qobject_cast<QMessageBox*>(w);
+    if (box && box->isVisible() && box->windowTitle() == title) return box;
+  }
+  return nullptr;
+}
+
+QAbstractButton* FindButton(QMessageBox* box, QString const& text) {
+  for (QAbstractButton* b : box->buttons()) {
+    if (b->text() == text) return b;
+  }
+  return nullptr;
+}
+
+TEST(UikitTest, ModuleResourceFilesAreRegisteredOnlyWhenTheyExist) {
+  talvex_test::LogCapture log;
+  EXPECT_FALSE(TXQtUiUtil::LoadQtModuleResource("", TEST_RCC_DIR));
+  EXPECT_FALSE(TXQtUiUtil::LoadQtModuleResource("/nonexistent/dir/chat.rcc", ""));
+  EXPECT_FALSE(TXQtUiUtil::LoadQtModuleResource("chat.rcc", "/nonexistent/dir"));
+  EXPECT_TRUE(log.Contains("module resource file not found: /nonexistent/dir/chat.rcc"));
+  EXPECT_FALSE(QFile::exists(":/framework_test/greeting.txt"));
+
+  // A relative name is looked up in the module's directory.
+  ASSERT_TRUE(TXQtUiUtil::LoadQtModuleResource(TEST_RCC_NAME, TEST_RCC_DIR));
+  QFile greeting(":/framework_test/greeting.txt");
+  ASSERT_TRUE(greeting.open(QIODevice::ReadOnly));
+  EXPECT_EQ(greeting.readAll().trimmed().toStdString(), "hello from a module");
+}
+
+TEST(UikitTest, ToastsFloatOverTheMainWindowAndFadeAway) {
+  QtUIService ui;
+  framework::ToastRequest request;
+  request.text = "Nobody to show me to";
+  ui.ShowToast(request);  // no window: only recorded
+  EXPECT_EQ(TXQtUiUtil::ActiveMainWindow(), nullptr);
+
+  QWidget window;
+  window.setProperty("talvex_main_window", true);
+  window.resize(800, 600);
+  window.show();
+  ASSERT_EQ(TXQtUiUtil::ActiveMainWindow(), &window);
+  request.text = "Message copied";
+  request.duration_ms = 50;
+  ui.ShowToast(request);
+
+  ASSERT_EQ(ui.toasts().size(), 2u);
+  QPointer<QLabel> toast = window.findChild<QLabel*>("talvex_toast");
+  ASSERT_FALSE(toast.isNull());
+  EXPECT_EQ(toast->text(), "Message copied");
+  EXPECT_TRUE(toast->isVisible());
+  EXPECT_TRUE(window.rect().contains(toast->geometry()));
+  EXPECT_TRUE(talvex_test::WaitUntil([&] { return toast.isNull(); }));
+}
+
+TEST(UikitTest, AlertsAreDialogsAnsweredByTheirButtons) {
+  QtUIService ui;
+  framework::AlertRequest request;
+  request.title = "Delete message";
+  request.content = "Delete it for everyone?";
+  request.positive_text = "Delete";
+  request.negative_text = "Keep";
+  request.has_check = true;
+  request.check_state = true;
+  request.check_state_text = "Don't ask again";
+  std::vector<std::string> answers;
+  const long id = ui.ShowAlert(request, [&](long alert, int button, Variant* data) {
+    answers.push_back(std::to_string(alert) + "/" + std::to_string(button) + "/" + data->ToString());
+  });
+  QMessageBox* box = FindAlert("Delete message");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(), "Delete it for everyone?");
+  ASSERT_NE(box->checkBox(), nullptr);
+  EXPECT_TRUE(box->checkBox()->isChecked());
+  EXPECT_EQ(box->checkBox()->text(), "Don't ask again");
+  ASSERT_NE(FindButton(box, "Keep"), nullptr);
+  ASSERT_NE(FindButton(box, "Delete"), nullptr);
+
+  box->checkBox()->setChecked(false);
+  FindButton(box, "Delete")->click();
+  EXPECT_EQ(answers, std::vector<std::string>{std::to_string(id) + "/1/{\"check_state\":false}"});
+  EXPECT_EQ(ui.LastOpenAlert(), nullptr);
+  EXPECT_TRUE(talvex_test::WaitUntil([] { return FindAlert("Delete message") == nullptr; }));
+
+  framework::AlertRequest plain;
+  plain.title = "Notice";
+  const long second = ui.ShowAlert(plain, [&](long alert, int button, Variant*) {
+    answers.push_back(std::to_string(alert) + "/" + std::to_string(button));
+  });
+  box = FindAlert("Notice");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(), "Notice");  // no content: the title stands in
+  ASSERT_EQ(box->buttons().size(), 1);
+  box->buttons()[0]->click();
+  EXPECT_EQ(answers.back(), std::to_string(second) + "/1");
+}
+
+TEST(UikitTest, DisposingAlertsClosesOnlyTheOwnersDialogs) {
+  QtUIService ui;
+  framework::AlertRequest mine, theirs;
+  mine.title = "Mine";
+  mine.owner = 1;
+  theirs.title = "Theirs";
+  theirs.owner = 2;
+  int answered = 0;
+  ui.ShowAlert(mine, [&](long, int, Variant*) { ++answered; });
+  ui.ShowAlert(theirs, [&](long, int, Variant*) { ++answered; });
+  ASSERT_NE(FindAlert("Mine"), nullptr);
+  ASSERT_NE(FindAlert("Theirs"), nullptr);
+
+  ui.DisposeAlerts(1);
+  EXPECT_TRUE(talvex_test::WaitUntil([] { return FindAlert("Mine") == nullptr; }));
+  EXPECT_NE(FindAlert("Theirs"), nullptr);
+  ASSERT_NE(ui.LastOpenAlert(), nullptr);
+  EXPECT_EQ(ui.LastOpenAlert()->request.title, "Theirs");
+
+  ui.DisposeAlerts(0);
+  EXPECT_TRUE(talvex_test::WaitUntil([] { return FindAlert("Theirs") == nullptr; }));
+  EXPECT_EQ(ui.LastOpenAlert(), nullptr);
+  EXPECT_EQ(answered, 0);
+}
+
+}  // namespace
