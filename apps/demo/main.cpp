@@ -5,6 +5,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTimer>
 #include <cstdlib>
 
@@ -55,8 +56,15 @@ int main(int argc, char** argv) {
   QCommandLineOption headless_option("headless", "Render offscreen, write a screenshot and a transcript, exit.");
   QCommandLineOption out_option("out", "Directory for the screenshot and transcript.", "dir", "demo-output");
   QCommandLineOption seconds_option("seconds", "Close a windowed run after this many seconds.", "n", "0");
-  parser.addOptions({headless_option, out_option, seconds_option});
+  QCommandLineOption gallery_option("gallery", "Open the widget gallery at a page instead of a meeting.", "page");
+  parser.addOptions({headless_option, out_option, seconds_option, gallery_option});
   parser.process(app);
+  if (parser.isSet(gallery_option)) {
+    // The gallery links the module's widgets directly, so it is a program of its own.
+    QStringList args{"--page", parser.value(gallery_option), "--out", parser.value(out_option)};
+    if (parser.isSet(headless_option)) args << "--headless";
+    return QProcess::execute(QDir(QCoreApplication::applicationDirPath()).filePath("talvex_gallery"), args);
+  }
   const bool headless = headless_env || parser.isSet(headless_option);
   const QString out_dir = QDir(parser.value(out_option)).absolutePath();
   QDir().mkpath(out_dir);
