@@ -30,6 +30,9 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       messages_(std::make_shared<ChatMessageModel>()),
       sidebar_(std::make_shared<SidebarAppModel>()),
       cell_height_(std::make_shared<CellHeightModel>()),
+      faces_(std::make_shared<FaceModel>()),
+      files_(std::make_shared<ChatFileModel>()),
+      members_(std::make_shared<MemberModel>()),
       settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))) {
   util::file::EnsureDirExist(data_dir_);
 }
@@ -43,6 +46,9 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(SidebarAppModel::kId, sidebar_);
   application_->RegisterModel(CellHeightModel::kId, cell_height_);
   application_->RegisterModel(framework::SettingsModel::kModelId, settings_);
+  application_->RegisterModel(FaceModel::kId, faces_);
+  application_->RegisterModel(ChatFileModel::kId, files_);
+  application_->RegisterModel(MemberModel::kId, members_);
   auto* configure = talvexsdk::utils::service::GetConfigureService();
   configure->SetDefaults(DefaultRemoteConfig());
   configure->LoadFile(remote_config_file_);

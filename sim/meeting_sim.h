@@ -5,8 +5,11 @@
 
 #include "framework/module/app_module.h"
 #include "framework/settings/settings_model.h"
+#include "sim/models/chat_file_model.h"
 #include "sim/models/chat_message_model.h"
+#include "sim/models/face_model.h"
 #include "sim/models/meeting_state_model.h"
+#include "sim/models/member_model.h"
 #include "sim/models/sidebar_app_model.h"
 
 namespace sim {
@@ -40,6 +43,9 @@ class MeetingSimulator {
   ChatMessageModel& messages() { return *messages_; }
   SidebarAppModel& sidebar() { return *sidebar_; }
   CellHeightModel& cell_height() { return *cell_height_; }
+  FaceModel& faces() { return *faces_; }
+  ChatFileModel& files() { return *files_; }
+  MemberModel& members() { return *members_; }
   framework::SettingsModel& settings() { return *settings_; }
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
@@ -53,6 +59,9 @@ class MeetingSimulator {
   std::shared_ptr<ChatMessageModel> messages_;
   std::shared_ptr<SidebarAppModel> sidebar_;
   std::shared_ptr<CellHeightModel> cell_height_;
+  std::shared_ptr<FaceModel> faces_;
+  std::shared_ptr<ChatFileModel> files_;
+  std::shared_ptr<MemberModel> members_;
   std::shared_ptr<framework::SettingsModel> settings_;
 };
 

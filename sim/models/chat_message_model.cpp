@@ -6,7 +6,26 @@
 
 namespace sim {
 
-ChatMessageModel::ChatMessageModel() : SimModel(kId) {}
+ChatMessageModel::ChatMessageModel() : SimModel(kId) {
+  SetMethod(38, [this](Variant const* params, Variant* result) {
+    if (!params || !params->IsMap()) return false;
+    auto it = image_states_.find(params->GetString("local_msg_id"));
+    if (result) *result = it == image_states_.end() ? Variant(base::variant::kVariantTypeMap) : it->second;
+    return true;
+  });
+}
+
+bool ChatMessageModel::ReceiveMessage(Variant record) {
+  const std::string msg_id = record.GetString("msg_id");
+  if (!AddMessage(std::move(record))) return false;
+  // Converters change the stored record itself.
+  Variant* stored = messages_[msg_id].get();
+  return !FireEvent(kEventConvertMessage, stored);
+}
+
+void ChatMessageModel::SetImageDownloadState(uint64_t local_msg_id, Variant states) {
+  image_states_[std::to_string(local_msg_id)] = std::move(states);
+}
 
 std::shared_ptr<Variant> ChatMessageModel::FindMessage(std::string const& msg_id) const {
   auto it = messages_.find(msg_id);

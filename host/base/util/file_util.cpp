@@ -156,6 +156,7 @@ bool RemoveFile(std::string const& path) {
 std::string UserCacheDir() { return XdgDir("XDG_CACHE_HOME", ".cache"); }
 std::string UserConfigDir() { return XdgDir("XDG_CONFIG_HOME", ".config"); }
 std::string UserStateDir() { return XdgDir("XDG_STATE_HOME", ".local/state"); }
+std::string UserDataDir() { return XdgDir("XDG_DATA_HOME", ".local/share"); }
 
 }  // namespace file
 }  // namespace util

@@ -31,6 +31,7 @@ bool RemoveFile(std::string const& path);
 std::string UserCacheDir();
 std::string UserConfigDir();
 std::string UserStateDir();
+std::string UserDataDir();
 
 }  // namespace file
 }  // namespace util

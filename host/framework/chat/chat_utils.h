@@ -16,6 +16,11 @@ class IChatMessageStore {
   virtual std::shared_ptr<Variant> FindMessage(std::string const& msg_id) const = 0;
 };
 
+// The client's chat helpers.
+//
+// A message's UI items are maps with `item_type` 0 (text: `item_content`),
+// 1 (emoji: `item_emoji_index`, `item_emoji_text`, `item_emoji_path`) or
+// 2 (link: `item_content`, the address as written).
 class ChatUtils {
  public:
   // The record, or null when the id is unknown or there is no message model.
@@ -23,6 +28,39 @@ class ChatUtils {
   // Red packets (chat type 2) and their receipts (chat type 3) have cells of
   // the client's own.
   static bool IsRedPacketOrReceiptType(int chat_type);
+
+  // Splits a text into text, link and emoji items. Emoji items are the face
+  // shortcuts the face model (570) knows; without a face model the text is
+  // split into text and links only. An empty text gives an empty array.
+  static Variant ParseMessageContext(std::string const& text);
+  // Splits a text into text and link items only.
+  //
+  // Links: "http://", "https://" (any case) and bare "www." hosts that start a
+  // word. A link runs over printable ASCII but for spaces, quotes and angle
+  // brackets; trailing . , ; : ! ? ' " and closing brackets without an opening
+  // one inside the link stay text. A link never ends inside a grapheme cluster
+  // (a combining mark or a keycap after its last letter stays with the letter,
+  // as text).
+  static Variant URLParseMessageContext(std::string const& text);
+  // When `items` is one emoji item and `rewrite` is set, the record becomes a
+  // face message (`chat_type` 1) and the result is that item alone; otherwise
+  // the items are returned as they are.
+  static Variant UpdateToFaceMesssageIfSingleEmojiItem(Variant& record, Variant const& items, bool rewrite = true);
+  // The items of a message whose elements mix text (`text_elem_content`) and
+  // faces (`face_elem_index`, `face_elem_buf`). A face the face model doesn't
+  // know shows as its buffer text. With no element that gives an item,
+  // `compatible_tip` becomes the one text item.
+  static Variant ParseEmojiTextMixedMessage(Variant const& elements, std::string const& compatible_tip);
+
+  // The image cache of a meeting: "<cache>/talvex/chat_images/<meeting_id>/
+  // <thumb|large|orig>_<id>". Ids are made safe for a file name.
+  static std::string GetThumbPicFileName(std::string const& id, std::string const& meeting_id);
+  static std::string GetLargePicFileName(std::string const& id, std::string const& meeting_id);
+  static std::string GetOriginalPicFileName(std::string const& id, std::string const& meeting_id);
+  static bool CheckThumbPicFileExist(std::string const& id, std::string const& meeting_id);
+  static bool CheckLargePicFileExist(std::string const& id, std::string const& meeting_id);
+  static bool CheckOriginalPicFileExist(std::string const& id, std::string const& meeting_id);
+  static std::string GetChatImageCacheDir(std::string const& meeting_id);
 };
 
 }  // namespace talvex

@@ -6,14 +6,22 @@
 #include "base/json/json_value.h"
 #include "base/log/log.h"
 #include "base/variant/variant.h"
+#include "framework/viewmodel/view_model.h"
+
+#include <cctype>
 
 namespace framework {
 
 namespace {
 constexpr char kDefaultTable[] = ":/talvex/strings/en.json";
 
-// Ids are written "0x1a2b3c" or in decimal.
+// Ids are written "0x1a2b3c", in decimal, or as a name whose hash is the id.
 bool ParseId(std::string const& text, uint32_t& id) {
+  if (text.empty()) return false;
+  if (!std::isdigit(static_cast<unsigned char>(text[0]))) {
+    id = NameId(text.c_str());
+    return true;
+  }
   try {
     size_t used = 0;
     const unsigned long value = std::stoul(text, &used, 0);
@@ -34,10 +42,17 @@ Resource* Resource::GetInstance() {
 }
 
 void Resource::EnsureLoaded() {
-  std::call_once(loaded_, [this] { LoadTable(kDefaultTable); });
+  std::call_once(loaded_, [this] { ReadTable(kDefaultTable); });
 }
 
 bool Resource::LoadTable(std::string const& path) {
+  // The built-in table comes first, so that a client's table overrides it
+  // even when loaded before the first lookup.
+  EnsureLoaded();
+  return ReadTable(path);
+}
+
+bool Resource::ReadTable(std::string const& path) {
   QFile file(QString::fromStdString(path));
   if (!file.open(QIODevice::ReadOnly)) {
     TXLOG_WARN << "string table not found: " << path;

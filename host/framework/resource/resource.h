@@ -7,8 +7,9 @@
 
 namespace framework {
 
-// Localised texts by 32-bit id, read from the client's string table (a JSON
-// object of "0x..." ids to texts, shipped as a Qt resource).
+// Localised texts by 32-bit id, read from the client's string table: a JSON
+// object whose keys are ids ("0x..." or decimal) or names (the id is
+// framework::NameId of the name), shipped as a Qt resource.
 class Resource {
  public:
   static Resource* GetInstance();
@@ -23,6 +24,7 @@ class Resource {
  private:
   Resource();
   void EnsureLoaded();
+  bool ReadTable(std::string const& path);
   std::mutex mutex_;
   std::once_flag loaded_;
   std::map<uint32_t, std::string> texts_;

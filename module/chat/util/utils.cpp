@@ -1,0 +1,143 @@
+#include "chat/util/utils.h"
+
+#include "base/log/log.h"
+#include "base/util/file_util.h"
+#include "base/util/time_util.h"
+#include "chat/runtime/chat_ids.h"
+#include "chat/util/chat_strings.h"
+#include "framework/chat/chat_file_utils.h"
+#include "framework/chat/chat_utils.h"
+#include "framework/config/configure_service.h"
+#include "framework/meeting/member_utils.h"
+#include "framework/module/app_module.h"
+#include "framework/resource/resource.h"
+#include "framework/viewmodel/ui_view_model.h"
+
+namespace chat {
+
+namespace {
+constexpr uint32_t kFileMethodDownload = 4;
+constexpr uint32_t kFileMethodIsSupport = 16;
+constexpr uint32_t kMemberMethodWaitingRoomList = 35;
+constexpr uint32_t kMemberMethodWaitingRoomMembers = 37;
+constexpr int64_t kDefaultSendFileMaxSize = 524288000;
+
+bool UserIsInList(uint32_t method, std::string const& user_id) {
+  auto members = framework::module::GetAppModuleModel(kHostMemberModel);
+  if (!members) return false;
+  Variant empty;
+  Variant list;
+  if (!members->Invoke(method, &empty, &list)) return false;
+  return talvex_common::utils::member::EnumInRoomUsers(
+      list, [&](Variant const& member) { return member.GetString("user_id") == user_id; });
+}
+}  // namespace
+
+std::string MakeUniqueChatFileDirPath(std::string const& meeting_id) {
+  std::string dir = talvex::ChatFileUtils::GetChatFileDateDirPath();
+  if (meeting_id.empty()) {
+    TXLOG_ERROR << "Fail to get current meeting id";
+  } else {
+    dir = util::file::MakeFilePath(dir, meeting_id);
+  }
+  dir = util::file::MakeFilePath(dir, std::to_string(util::time::GetTimestampMsec()));
+  util::file::EnsureDirExist(dir);
+  return dir;
+}
+
+bool CheckFileValidity(std::string const& path, std::string& error_text) {
+  if (util::file::IsDirectory(path)) {
+    error_text = talvex_common::utils::GetLocalizedString(kTextFileIsFolder);
+    return false;
+  }
+  int64_t length = 0;
+  util::file::GetFileLength(path, length);
+  const int64_t max_size =
+      talvex_common::utils::QueryConfigureService("chat", "send_file_max_size", Variant(kDefaultSendFileMaxSize))
+          .AsInteger();
+  const std::string max_size_desc =
+      talvex_common::utils::QueryConfigureService(
+          "chat", "send_file_max_size_desc",
+          Variant(talvex_common::utils::GetLocalizedString(kTextFileMaxSizeDesc)))
+          .AsStr();
+  TXLOG_INFO << "maxSizeValue: " << max_size << ", maxSizeDescValue: " << max_size_desc;
+  if (length <= max_size) return true;
+  error_text = talvex_common::utils::FormatString(kTextFileTooLarge).Arg("filesize", max_size_desc).Str();
+  return false;
+}
+
+bool GetFilePathByMsg(Variant const& msg, std::string& path) {
+  path.clear();
+  if (!msg.IsMap() || (!msg.Has("file_info") && !msg.Has("msg_content"))) {
+    TXLOG_ERROR << "[chat file] msg data error! msg = " << framework::VariantToString(&msg);
+    return false;
+  }
+  Variant const& info = msg.Has("file_info") ? msg.Get("file_info") : msg.Get("msg_content");
+  if (info.Has("path")) path = info.GetString("path");
+  return !path.empty();
+}
+
+bool OpenFileByMsg(framework::UIViewModel* view_model, Variant const& msg) {
+  if (!view_model) {
+    TXLOG_ERROR << "[chat file] view_model param error! data msg = " << framework::VariantToString(&msg);
+    return false;
+  }
+  std::string path;
+  if (!GetFilePathByMsg(msg, path)) {
+    TXLOG_ERROR << "[chat file] open file by msg failed! file path exception.";
+    return false;
+  }
+  if (!util::file::IsFileExist(path)) return true;
+  std::string file_name;
+  util::file::GetFileFullName(path, file_name);
+  bool is_support = false;
+  if (auto files = framework::module::GetAppModuleModel(kHostChatFileModel)) {
+    Variant params(base::variant::kVariantTypeMap);
+    params.Set("file_name", file_name);
+    Variant result;
+    if (files->Invoke(kFileMethodIsSupport, &params, &result)) {
+      is_support = result.IsMap() ? result.GetBoolean("is_support") : result.AsBoolean();
+    }
+  }
+  if (is_support) {
+    view_model->NavigateToOpenFile(path);
+  } else {
+    view_model->ShowToast(0, view_model->GetLocalizedString(kTextFileCannotOpen), 2000, 0, "", "");
+  }
+  return true;
+}
+
+bool DownloadFileByMsgId(std::string const& msg_id, int download_file_from) {
+  auto msg = talvex::ChatUtils::GetMsgInfoPtrById(msg_id);
+  if (!msg) return false;
+  Variant const* content = nullptr;
+  if (msg->Get("ext_content").Has("file_info")) {
+    content = &msg->Get("ext_content");
+  } else if (msg->Get("ui_msg_content").Has("status")) {
+    content = &msg->Get("ui_msg_content");
+  }
+  if (!content) {
+    TXLOG_ERROR << "<IM> msg content not found";
+    return false;
+  }
+  Variant const& file_info = content->Has("file_info") ? content->Get("file_info") : *content;
+  if (!file_info.Has("status")) {
+    TXLOG_ERROR << "<IM> params error! status not exist!";
+    return false;
+  }
+  auto files = framework::module::GetAppModuleModel(kHostChatFileModel);
+  if (!files) return false;
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("file_info", file_info);
+  params.Set("msg_id", msg_id);
+  params.Set("download_file_from", download_file_from);
+  return files->Invoke(kFileMethodDownload, &params, nullptr);
+}
+
+bool UserIsInWaitingRoom(std::string const& user_id) { return UserIsInList(kMemberMethodWaitingRoomList, user_id); }
+
+bool UserIsInWaitingRoomMemberList(std::string const& user_id) {
+  return UserIsInList(kMemberMethodWaitingRoomMembers, user_id);
+}
+
+}  // namespace chat

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+
+#include "base/variant/variant.h"
+
+namespace framework {
+class UIViewModel;
+}
+
+namespace chat {
+
+// File states of `file_info.status`, the client's numbers. Uploads run 0 to
+// 4, downloads 5 to 12.
+enum ChatFileStatus : int {
+  kFileUploadWaiting = 0,
+  kFileUploading = 1,
+  kFileUploadCanceled = 2,
+  kFileUploaded = 3,
+  kFileUploadFailed = 4,
+  kFileNotDownloaded = 5,
+  kFileDownloadWaiting = 6,
+  kFileDownloading = 7,
+  kFileDownloadFailed = 8,
+  kFileDownloaded = 9,
+  kFileDownloadCanceled = 10,
+  kFileExpired = 11,
+  kFileUnavailable = 12,
+};
+
+// Where a file to send is staged: today's chat file folder, the meeting, the
+// millisecond. Two stagings in the same millisecond of a meeting share it.
+std::string MakeUniqueChatFileDirPath(std::string const& meeting_id);
+
+// Whether the file may be sent: no folders, and no more bytes than the
+// configured maximum. `error_text` gets the refusal a user reads.
+bool CheckFileValidity(std::string const& path, std::string& error_text);
+
+// The local path of a message's file (`file_info`, or a UI message's
+// `msg_content`); false when there is none.
+bool GetFilePathByMsg(Variant const& msg, std::string& path);
+
+// Opens the message's file when it is on disk and the client can open its
+// kind; tells the user when it can't. A file that is gone does nothing.
+bool OpenFileByMsg(framework::UIViewModel* view_model, Variant const& msg);
+
+// Asks the client's file model to download the message's file.
+bool DownloadFileByMsgId(std::string const& msg_id, int download_file_from);
+
+// Whether the member stands in the meeting's waiting-room list (member model
+// method 35).
+bool UserIsInWaitingRoom(std::string const& user_id);
+// The same on the waiting room's own member list (method 37).
+bool UserIsInWaitingRoomMemberList(std::string const& user_id);
+
+}  // namespace chat
