@@ -6,7 +6,9 @@
 
 #include "chat/biz_model/chat_message_biz_model.h"
 #include "framework/chat/chat_utils.h"
+#include "base/util/file_util.h"
 #include "framework/resource/resource.h"
+#include "framework/viewmodel/view_model.h"
 #include "sim/meeting_sim.h"
 #include "support/test_util.h"
 
