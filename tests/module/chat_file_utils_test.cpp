@@ -4,6 +4,7 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+#include "base/util/file_util.h"
 #include "chat/util/utils.h"
 #include "framework/config/configure_service.h"
 #include "framework/resource/resource.h"
