@@ -240,6 +240,29 @@ TEST(VariantCopyOnWrite, CopiesShareUntilWritten) {
   EXPECT_FALSE(Variant(1).SharesStorageWith(Variant(1)));
 }
 
+// A container read off a temporary outlives the temporary (run under the
+// address sanitizer, a reference into the dead value would be caught).
+TEST(VariantContainers, ContainersOfTemporariesAreSafeToWalk) {
+  auto make = [] {
+    Variant a(base::variant::kVariantTypeArray);
+    for (int i = 0; i < 3; ++i) a.Add(std::string(40, static_cast<char>('a' + i)));
+    return a;
+  };
+  std::string joined;
+  for (auto const& item : make().AsArray()) joined += item.AsStr().substr(0, 1);
+  EXPECT_EQ(joined, "abc");
+  Variant shared = make();
+  Variant copy = shared;
+  size_t count = 0;
+  for (auto const& item : std::move(copy).AsArray()) count += item.AsStr().size();
+  EXPECT_EQ(count, 120u);
+  EXPECT_EQ(shared.Size(), 3u) << "moving out of a shared copy leaves the original whole";
+  Variant m(base::variant::kVariantTypeMap);
+  m.Set("k", 1);
+  EXPECT_EQ(Variant(m).AsMap().size(), 1u);
+  EXPECT_TRUE(Variant(5).AsArray().empty());
+}
+
 TEST(VariantCopyOnWrite, CopiesAcrossThreadsKeepTheOriginalIntact) {
   const Variant original = MessageRecord();
   std::vector<std::thread> threads;

@@ -328,22 +328,32 @@ char const* Variant::AsCStr() const noexcept { return AsStr().c_str(); }
 
 // --- containers -------------------------------------------------------------------
 
-Variant::Array const& Variant::AsArray() const noexcept {
+Variant::Array const& Variant::AsArray() const& noexcept {
   return IsArray() ? static_cast<ArrayBox*>(shared_)->value : EmptyArray();
 }
 
-Variant::Array& Variant::AsArray() {
+Variant::Array& Variant::AsArray() & {
   if (IsNull()) *this = Variant(kVariantTypeArray);
   return IsArray() ? *MutableArray() : ScratchArray();
 }
 
-Variant::Map const& Variant::AsMap() const noexcept {
+Variant::Array Variant::AsArray() && {
+  if (!IsArray()) return {};
+  return std::move(*MutableArray());
+}
+
+Variant::Map const& Variant::AsMap() const& noexcept {
   return IsMap() ? static_cast<MapBox*>(shared_)->value : EmptyMap();
 }
 
-Variant::Map& Variant::AsMap() {
+Variant::Map& Variant::AsMap() & {
   if (IsNull()) *this = Variant(kVariantTypeMap);
   return IsMap() ? *MutableMap() : ScratchMap();
+}
+
+Variant::Map Variant::AsMap() && {
+  if (!IsMap()) return {};
+  return std::move(*MutableMap());
 }
 
 size_t Variant::Size() const noexcept {

@@ -117,10 +117,15 @@ class Variant {
   // non-const forms turn a null value into an empty container first and detach
   // shared storage. On any other type they yield a scratch container whose
   // changes are dropped.
-  Array const& AsArray() const noexcept;
-  Array& AsArray();
-  Map const& AsMap() const noexcept;
-  Map& AsMap();
+  //
+  // On a temporary they yield the container by value, so that
+  // `for (auto& x : Parse(text).AsArray())` never walks a dead value.
+  Array const& AsArray() const& noexcept;
+  Array& AsArray() &;
+  Array AsArray() &&;
+  Map const& AsMap() const& noexcept;
+  Map& AsMap() &;
+  Map AsMap() &&;
 
   // Number of members of a map or array, length of a string, 0 otherwise.
   size_t Size() const noexcept;

@@ -132,9 +132,8 @@ Variant SplitLinksInTextItems(Variant const& items) {
       out.Add(item);
       continue;
     }
-    for (auto const& piece : SplitLinks(QString::fromStdString(item.GetString("item_content"))).AsArray()) {
-      out.Add(piece);
-    }
+    const Variant pieces = SplitLinks(QString::fromStdString(item.GetString("item_content")));
+    for (auto const& piece : pieces.AsArray()) out.Add(piece);
   }
   return out;
 }
@@ -209,9 +208,8 @@ Variant ChatUtils::ParseEmojiTextMixedMessage(Variant const& elements, std::stri
       continue;
     }
     if (element.Get("text_elem_content").IsString()) {
-      for (auto const& piece : ParseMessageContext(element.GetString("text_elem_content")).AsArray()) {
-        items.Add(piece);
-      }
+      const Variant pieces = ParseMessageContext(element.GetString("text_elem_content"));
+      for (auto const& piece : pieces.AsArray()) items.Add(piece);
     }
   }
   if (items.Empty() && !compatible_tip.empty()) items.Add(TextItem(QString::fromStdString(compatible_tip)));
