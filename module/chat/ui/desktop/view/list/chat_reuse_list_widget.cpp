@@ -218,9 +218,19 @@ void ChatReuseListWidget::ReuseWidgetForValue(int value) {
   add_back = std::min(add_back, visible_count_);
 
   int height_change = 0;
+  int front_change = 0;
   if (add_front > 0) {
     int y = ItemTopForIndex(new_start);
-    for (int i = 0; i < add_front; ++i) height_change += DoHandleItem(AddMode::kFront, new_start + i, &y, i);
+    for (int i = 0; i < add_front; ++i) front_change += DoHandleItem(AddMode::kFront, new_start + i, &y, i);
+    height_change += front_change;
+    // Rows that came in above measured another height than estimated: the
+    // rows already on screen move with them, so that none overlaps.
+    if (front_change != 0) {
+      for (int p = add_front; p < used_items_.size(); ++p) {
+        QFReuseWidget* widget = used_items_[p];
+        if (widget) widget->SetPosition(widget->x(), widget->y() + front_change);
+      }
+    }
   }
   if (add_back > 0) {
     const int first = new_end - add_back + 1;
@@ -245,6 +255,15 @@ void ChatReuseListWidget::ReuseWidgetForValue(int value) {
                                   << " start index is " << start_index_ << ", end index is " << end_index_
                                   << ", used item count is " << used_items_.size() << ", start value is "
                                   << value;
+  }
+
+  // The rows on screen moved by front_change in the content: the view moves
+  // with them, so that the reader sees nothing jump while scrolling up.
+  if (front_change != 0 && !in_update_) {
+    in_update_ = true;
+    SetVerticalScrollValue(value + front_change);
+    in_update_ = false;
+    if (verticalScrollBar()->value() != scroll_value_) ReuseWidgetForValue(verticalScrollBar()->value());
   }
 }
 
@@ -591,6 +610,12 @@ void ChatReuseListWidget::MoveToPreviousIndex() { SetCurrentIndex(current_index_
 void ChatReuseListWidget::MoveToNextIndex() { SetCurrentIndex(current_index_ + 1, false); }
 
 void ChatReuseListWidget::keyPressEvent(QKeyEvent* event) {
+  // Tab does not leave the list, not even through the parent it would
+  // otherwise propagate to.
+  if (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) {
+    event->accept();
+    return;
+  }
   if (!Delegate() || total_count_ <= 0) {
     QFScrollArea::keyPressEvent(event);
     return;
