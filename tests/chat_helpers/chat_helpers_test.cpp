@@ -49,6 +49,8 @@ TEST(LinkSplittingTest, FindsLinksAndLeavesSentencePunctuationOut) {
             (Items{"t:(see ", "l:http://a.io/x", "t:)"}));
   EXPECT_EQ(Describe(ChatUtils::URLParseMessageContext("wiki http://w.org/Foo_(bar) ok")),
             (Items{"t:wiki ", "l:http://w.org/Foo_(bar)", "t: ok"}));
+  EXPECT_EQ(Describe(ChatUtils::URLParseMessageContext("http://[::1]:8080/x[Smile]")),
+            (Items{"l:http://[::1]:8080/x", "t:[Smile]"}));
   EXPECT_EQ(Describe(ChatUtils::URLParseMessageContext("\"http://q.com/\"!")),
             (Items{"t:\"", "l:http://q.com/", "t:\"!"}));
 }

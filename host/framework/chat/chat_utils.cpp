@@ -61,7 +61,11 @@ int LinkLengthAt(QString const& text, int pos) {
     return 0;
   }
   int end = pos + prefix;
-  while (end < text.size() && IsUrlChar(text[end])) ++end;
+  while (end < text.size() && IsUrlChar(text[end])) {
+    // "[" opens a face shortcut after a link; only a host may start with it ("http://[::1]").
+    if (text[end] == '[' && end != pos + prefix) break;
+    ++end;
+  }
   // Sentence punctuation after a link is not part of it.
   while (end > pos + prefix) {
     const QChar last = text[end - 1];

@@ -36,10 +36,11 @@ class ChatUtils {
   // Splits a text into text and link items only.
   //
   // Links: "http://", "https://" (any case) and bare "www." hosts that start a
-  // word. A link runs over printable ASCII but for spaces, quotes and angle
-  // brackets; trailing . , ; : ! ? ' " and closing brackets without an opening
-  // one inside the link stay text. A link never ends inside a grapheme cluster
-  // (a combining mark or a keycap after its last letter stays with the letter,
+  // word. A link runs over printable ASCII but for spaces, quotes, angle
+  // brackets and a "[" after the host (where a face shortcut begins).
+  // Trailing . , ; : ! ? ' " and closing brackets without an opening one
+  // inside the link stay text. A link never ends inside a grapheme cluster (a
+  // combining mark or a keycap after its last letter stays with the letter,
   // as text).
   static Variant URLParseMessageContext(std::string const& text);
   // When `items` is one emoji item and `rewrite` is set, the record becomes a
