@@ -214,13 +214,4 @@ TEST(AppViewTest, AViewsToastReachesTheUIService) {
   EXPECT_EQ(ui->toasts()[0].owner, framework::SubscriberId(view.get()));
 }
 
-TEST(AppViewTest, AWidgetKnowsItsViewOnlyWhileTheViewLives) {
-  WidgetView widget;
-  auto view = std::make_shared<TitleView>();
-  widget.SetWidgetView(view);
-  EXPECT_EQ(widget.GetWidgetView(), view);
-  view.reset();
-  EXPECT_EQ(widget.GetWidgetView(), nullptr);
-}
-
 }  // namespace

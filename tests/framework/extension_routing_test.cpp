@@ -10,7 +10,6 @@
 #include "framework/module/module_service.h"
 #include "framework/navigation/routing.h"
 #include "framework/view/app_view.h"
-#include "framework/web/web_plugin.h"
 #include "support/test_util.h"
 
 namespace {
@@ -340,100 +339,49 @@ TEST_F(RoutingTest, ExtensionViewsAreFoundByPointAndIdUntilTheirLoaderUnloads) {
 
 TEST_F(RoutingTest, ClientSideLoadersAndManagersJournalWhatModulesAskInOrder) {
   auto* reg = framework::UiModuleLoaderRegister::GetInstance();
+  ExtensionsOnlyRuntime runtime;
   std::vector<std::string> steps;
   reg->Register(
-      "ui_mod", [&](framework::module::ModuleRuntime* r) { steps.push_back(r ? "load" : "load-null"); },
+      "ui_mod", [&](framework::module::ModuleRuntime* r) { steps.push_back("load " + r->name()); },
       [&] { steps.push_back("unload"); });
-  EXPECT_TRUE(reg->HasLoader("ui_mod"));
-  EXPECT_TRUE(reg->Load("ui_mod", nullptr));
-  EXPECT_TRUE(reg->Unload("ui_mod"));
-  EXPECT_FALSE(reg->Load("nobody", nullptr));
-  EXPECT_FALSE(reg->Unload("nobody"));
-  EXPECT_EQ(steps, (std::vector<std::string>{"load-null", "unload"}));
-  ExtensionsOnlyRuntime runtime;
   reg->InitRuntimeLoader("ui_mod", &runtime);
   EXPECT_EQ(reg->RuntimeOf("ui_mod"), &runtime);
+  EXPECT_TRUE(reg->Load("ui_mod", &runtime));
+  EXPECT_TRUE(reg->Unload("ui_mod"));
+  EXPECT_FALSE(reg->Load("nobody", &runtime));
   reg->UnInitRuntimeLoader("ui_mod");
-  EXPECT_EQ(reg->RuntimeOf("ui_mod"), nullptr);
   reg->Remove("ui_mod");
   EXPECT_FALSE(reg->HasLoader("ui_mod"));
+  EXPECT_EQ(steps, (std::vector<std::string>{"load ext_module", "unload"}));
 
+  // Managers attach to the router service once however often they are told.
   auto* router = framework::RouterService::Instance();
   const int before = router->manager_count();
   framework::DesktopSchemeRouterManager desktop(router);
-  framework::SchemeRouterManager scheme(router);
   desktop.InitRouterManager();
   desktop.InitRouterManager();
-  scheme.InitRouterManager();
-  EXPECT_EQ(router->manager_count(), before + 2);
+  EXPECT_EQ(router->manager_count(), before + 1);
   auto* proxy = framework::CreateNavigateProxyService(framework::NavigateService::Instance());
   proxy->RegisterRoute(3, "talvex://page/a");
-  EXPECT_EQ(proxy->routes(), (std::vector<std::pair<int, std::string>>{{3, "talvex://page/a"}}));
   framework::NavigatorManager navigators(proxy);
   navigators.InitNavigatorManager();
-  framework::ExtensionManager extensions(nullptr);
-  auto view = std::make_shared<StubView>();
-  EXPECT_EQ(extensions.BuildView("x"), nullptr);
-  extensions.InitExtensionManager([&](std::string const& id) { return id == "x" ? view : nullptr; });
-  EXPECT_EQ(extensions.BuildView("x"), view);
-  extensions.UninitExtensionManager();
-  EXPECT_EQ(extensions.BuildView("x"), nullptr);
   navigators.UninitNavigatorManager();
-  scheme.UninitRouterManager();
   desktop.UninitRouterManager();
   desktop.UninitRouterManager();
   framework::DeleteNavigateProxyService(proxy);
   EXPECT_EQ(router->manager_count(), before);
 
-  const std::vector<std::string> expected = {
-      "UiModuleLoaderRegister.Register ui_mod",
-      "UiModuleLoaderRegister.InitRuntimeLoader ui_mod",
-      "UiModuleLoaderRegister.UnInitRuntimeLoader ui_mod",
-      "DesktopSchemeRouterManager.InitRouterManager",
-      "SchemeRouterManager.InitRouterManager",
-      "CreateNavigateProxyService",
-      "NavigateProxyService.RegisterRoute 3 talvex://page/a",
-      "NavigatorManager.InitNavigatorManager",
-      "ExtensionManager.InitExtensionManager",
-      "ExtensionManager.UninitExtensionManager",
-      "NavigatorManager.UninitNavigatorManager",
-      "SchemeRouterManager.UninitRouterManager",
-      "DesktopSchemeRouterManager.UninitRouterManager",
-      "DeleteNavigateProxyService"};
-  EXPECT_EQ(framework::HostJournal::Entries(), expected);
+  EXPECT_EQ(framework::HostJournal::Entries(),
+            (std::vector<std::string>{"UiModuleLoaderRegister.Register ui_mod",
+                                      "UiModuleLoaderRegister.InitRuntimeLoader ui_mod",
+                                      "UiModuleLoaderRegister.UnInitRuntimeLoader ui_mod",
+                                      "DesktopSchemeRouterManager.InitRouterManager", "CreateNavigateProxyService",
+                                      "NavigateProxyService.RegisterRoute 3 talvex://page/a",
+                                      "NavigatorManager.InitNavigatorManager",
+                                      "NavigatorManager.UninitNavigatorManager",
+                                      "DesktopSchemeRouterManager.UninitRouterManager", "DeleteNavigateProxyService"}));
   framework::HostJournal::Clear();
   EXPECT_TRUE(framework::HostJournal::Entries().empty());
-}
-
-class EchoPlugin : public talvex::WebPluginBase {
- public:
-  bool HandleCommand(std::string const& command, Variant const*, Variant* result) override {
-    if (result) *result = Variant(command);
-    return command == "ping";
-  }
-};
-
-TEST_F(RoutingTest, WebPluginsAreKeptOncePerName) {
-  auto* engine = talvex::GetWebviewPluginEngine();
-  engine->Clear();
-  talvex::ClearWebPluginsEx();
-  engine->RegisterPlugin({"com.test.bridge", {"a"}, [] { return std::make_shared<EchoPlugin>(); }});
-  engine->RegisterPlugin({"com.test.bridge", {"b"}, [] { return std::make_shared<EchoPlugin>(); }});
-  ASSERT_EQ(engine->plugins().size(), 1u);
-  ASSERT_NE(engine->Find("com.test.bridge"), nullptr);
-  EXPECT_EQ(engine->Find("com.test.bridge")->class_list, std::vector<std::string>{"b"});
-  EXPECT_EQ(engine->Find("com.test.none"), nullptr);
-  Variant result;
-  EXPECT_TRUE(engine->Find("com.test.bridge")->factory()->HandleCommand("ping", nullptr, &result));
-  EXPECT_EQ(result.AsStr(), "ping");
-
-  talvex::RegisterWebPluginEx({"com.test.bridge", nullptr, {"x"}});
-  talvex::RegisterWebPluginEx({"com.test.bridge", nullptr, {"y"}});
-  ASSERT_EQ(talvex::RegisteredWebPluginsEx().size(), 1u);
-  EXPECT_EQ(talvex::RegisteredWebPluginsEx()[0].class_list, std::vector<std::string>{"y"});
-  EXPECT_EQ(framework::HostJournal::Entries("RegisterWebPluginEx").size(), 2u);
-  engine->Clear();
-  talvex::ClearWebPluginsEx();
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "framework/chat/chat_utils.h"
 #include "framework/model/model_impl.h"
 #include "framework/module/app_module.h"
 #include "framework/module/module_service.h"
@@ -240,36 +239,6 @@ TEST_F(AppModuleTest, ModelsAreFoundByIdUntilUnregistered) {
   app->RegisterModel(1, model);
   app->Clear();
   EXPECT_EQ(GetAppModuleModel(1), nullptr);
-}
-
-class MessageStoreModel : public framework::ModelImpl, public talvex::IChatMessageStore {
- public:
-  std::shared_ptr<Variant> FindMessage(std::string const& id) const override {
-    if (id != "m1") return nullptr;
-    auto record = std::make_shared<Variant>(base::variant::kVariantTypeMap);
-    record->Set("msg_id", "m1");
-    return record;
-  }
-};
-
-TEST_F(AppModuleTest, ChatRecordsComeFromTheMessageModelWhenThereIsOne) {
-  using talvex::ChatUtils;
-  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById("m1"), nullptr);
-
-  auto app = std::make_shared<framework::module::ApplicationModule>();
-  framework::module::GetModuleService()->SetApplicationModule(app);
-  app->RegisterModel(524, std::make_shared<EchoModel>());  // no store behind it
-  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById("m1"), nullptr);
-
-  app->RegisterModel(524, std::make_shared<MessageStoreModel>());
-  auto record = ChatUtils::GetMsgInfoPtrById("m1");
-  ASSERT_NE(record, nullptr);
-  EXPECT_EQ(record->GetString("msg_id"), "m1");
-  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById("unknown"), nullptr);
-  EXPECT_EQ(ChatUtils::GetMsgInfoPtrById(""), nullptr);
-  EXPECT_TRUE(ChatUtils::IsRedPacketOrReceiptType(2));
-  EXPECT_TRUE(ChatUtils::IsRedPacketOrReceiptType(3));
-  EXPECT_FALSE(ChatUtils::IsRedPacketOrReceiptType(1));
 }
 
 }  // namespace

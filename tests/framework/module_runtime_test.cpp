@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "framework/extension/extension.h"
-#include "framework/module/module_manifest.h"
 #include "framework/module/module_runtime.h"
 #include "framework/module/module_service.h"
 #include "framework/navigation/routing.h"
@@ -278,21 +277,6 @@ TEST_F(ModuleRuntimeTest, UnknownModulesAreRefusedQuietly) {
   service->DeactivateModule("nobody");
   service->UnregisterModule("nobody");
   EXPECT_TRUE(service->RegisteredModules().empty());
-}
-
-TEST_F(ModuleRuntimeTest, ManifestsAreKeptByModuleName) {
-  talvex::ClearModuleConfigs();
-  EXPECT_EQ(talvex::GetModuleConfigByName("chat").name, "chat");
-  EXPECT_TRUE(talvex::GetModuleConfigByName("chat").resource_file.empty());
-  framework::module::ModuleManifest manifest;
-  manifest.name = "chat";
-  manifest.resource_file = "chat.rcc";
-  manifest.version = "1.2";
-  talvex::SetModuleConfig(manifest);
-  EXPECT_EQ(talvex::GetModuleConfigByName("chat").resource_file, "chat.rcc");
-  EXPECT_EQ(talvex::GetModuleConfigByName("chat").version, "1.2");
-  talvex::ClearModuleConfigs();
-  EXPECT_TRUE(talvex::GetModuleConfigByName("chat").version.empty());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cctype>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "framework/module/module_service.h"
 #include "framework/resource/resource.h"
 #include "framework/settings/settings_model.h"
+#include "framework/viewmodel/view_model.h"
 #include "support/test_util.h"
 
 namespace {
@@ -20,7 +22,7 @@ using framework::Resource;
 
 class FilesTest : public testing::Test {
  protected:
-  std::string Write(std::string const& name, std::string const& text) {
+  std::string MakeFile(std::string const& name, std::string const& text) {
     const QString path = dir_.filePath(QString::fromStdString(name));
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -43,42 +45,46 @@ TEST_F(ResourceTest, AClientTableWinsOverTheBuiltInTableEvenBeforeTheFirstLookup
   Variant table;
   ASSERT_TRUE(table.FromJsonStr(bytes.constData(), bytes.size()));
   const std::string key = table.AsMap().empty() ? "0x7e57" : table.AsMap().begin()->first;
-  const uint32_t id = static_cast<uint32_t>(std::stoul(key, nullptr, 0));
+  const uint32_t id = std::isdigit(static_cast<unsigned char>(key[0]))
+                          ? static_cast<uint32_t>(std::stoul(key, nullptr, 0))
+                          : framework::NameId(key.c_str());
 
-  ASSERT_TRUE(Resource::GetInstance()->LoadTable(Write("client.json", "{\"" + key + "\": \"Client text\"}")));
+  ASSERT_TRUE(Resource::GetInstance()->LoadTable(MakeFile("client.json", "{\"" + key + "\": \"Client text\"}")));
   EXPECT_EQ(Resource::GetInstance()->GetString(id), "Client text");
 }
 
 TEST_F(ResourceTest, TextsAreReadByHexOrDecimalIdAndBadEntriesAreSkipped) {
   auto* resource = Resource::GetInstance();
   talvex_test::LogCapture log;
-  ASSERT_TRUE(resource->LoadTable(Write("strings.json", R"({
+  ASSERT_TRUE(resource->LoadTable(MakeFile("strings.json", R"({
     "0x1a2b3c4d": "Hex text",
     "305419896": "Decimal text",
     "0X00000010": "Upper hex",
-    "not an id": "skipped",
+    "chat.test.greeting": "Named text",
+    "12abc": "skipped",
     "0x1ffffffff": "too large",
-    "-1": "negative",
     "0x20": 5
   })")));
   EXPECT_EQ(resource->GetString(0x1a2b3c4d), "Hex text");
   EXPECT_EQ(resource->GetString(305419896), "Decimal text");
   EXPECT_EQ(resource->GetString(0x10), "Upper hex");
+  EXPECT_EQ(resource->GetString(framework::NameId("chat.test.greeting")), "Named text");
   EXPECT_FALSE(resource->HasString(0x20));
-  EXPECT_FALSE(resource->HasString(0xffffffff));
-  EXPECT_TRUE(log.Contains("string table entry skipped: not an id"));
+  EXPECT_FALSE(resource->HasString(12));
+  EXPECT_TRUE(log.Contains("string table entry skipped: 12abc"));
+  EXPECT_TRUE(log.Contains("string table entry skipped: 0x1ffffffff"));
   EXPECT_TRUE(log.Contains("string table entry skipped: 0x20"));
 
   // A later table replaces what an earlier one said.
-  ASSERT_TRUE(resource->LoadTable(Write("strings2.json", R"({"0x1a2b3c4d": "Newer"})")));
+  ASSERT_TRUE(resource->LoadTable(MakeFile("strings2.json", R"({"0x1a2b3c4d": "Newer"})")));
   EXPECT_EQ(resource->GetString(0x1a2b3c4d), "Newer");
   EXPECT_EQ(resource->GetString(305419896), "Decimal text");
   EXPECT_EQ(framework::StringProvider::GetInstance()->GetString(0x1a2b3c4d), "Newer");
   EXPECT_EQ(talvex_common::utils::GetLocalizedString(0x10), "Upper hex");
 
   EXPECT_FALSE(resource->LoadTable(Path("missing.json")));
-  EXPECT_FALSE(resource->LoadTable(Write("array.json", "[1, 2]")));
-  EXPECT_FALSE(resource->LoadTable(Write("broken.json", "{\"0x1\": ")));
+  EXPECT_FALSE(resource->LoadTable(MakeFile("array.json", "[1, 2]")));
+  EXPECT_FALSE(resource->LoadTable(MakeFile("broken.json", "{\"0x1\": ")));
   EXPECT_EQ(resource->GetString(0x1a2b3c4d), "Newer");
 }
 
@@ -117,7 +123,7 @@ Variant Defaults() {
 TEST_F(ConfigureTest, TheFileIsLaidOverTheDefaults) {
   framework::ConfigureService config;
   config.SetDefaults(Defaults());
-  ASSERT_TRUE(config.LoadFile(Write("config.json", R"({"im": {"max_len": 1000, "new_key": "x"}, "bullet": 3})")));
+  ASSERT_TRUE(config.LoadFile(MakeFile("config.json", R"({"im": {"max_len": 1000, "new_key": "x"}, "bullet": 3})")));
   EXPECT_EQ(config.Query("im", "max_len").AsInt32(), 1000);
   EXPECT_EQ(config.Query("im", "new_key").AsStr(), "x");
   EXPECT_TRUE(config.Query("im", "emoji").AsBoolean());  // only in the defaults
@@ -135,8 +141,8 @@ TEST_F(ConfigureTest, AMissingOrMalformedFileLeavesTheDefaults) {
   config.SetDefaults(Defaults());
   talvex_test::LogCapture log;
   EXPECT_FALSE(config.LoadFile(Path("missing.json")));
-  EXPECT_FALSE(config.LoadFile(Write("broken.json", R"({"im": {"max_len": 1000)")));
-  EXPECT_FALSE(config.LoadFile(Write("list.json", R"([{"im": {"max_len": 1000}}])")));
+  EXPECT_FALSE(config.LoadFile(MakeFile("broken.json", R"({"im": {"max_len": 1000)")));
+  EXPECT_FALSE(config.LoadFile(MakeFile("list.json", R"([{"im": {"max_len": 1000}}])")));
   EXPECT_TRUE(log.Contains("configuration file is not a JSON object", base::log::kLogError));
   EXPECT_EQ(config.Query("im", "max_len").AsInt32(), 500);
 
@@ -237,7 +243,7 @@ TEST_F(SettingsTest, BadParametersChangeNothing) {
   number_key.Set("value", "x");
   // A read without a usable key answers the default it was given, if any.
   std::vector<std::string> reads;
-  for (Variant const* params : {static_cast<Variant const*>(nullptr), &not_a_map, &no_key, &number_key}) {
+  for (Variant const* params : std::vector<Variant const*>{nullptr, &not_a_map, &no_key, &number_key}) {
     EXPECT_FALSE(model.Invoke(4, params, nullptr));
     Variant result("untouched");
     EXPECT_TRUE(model.Invoke(3, params, &result));
@@ -253,7 +259,7 @@ TEST_F(SettingsTest, BadParametersChangeNothing) {
 
 TEST_F(SettingsTest, ADamagedFileStartsEmptyAndTheDefaultFileLivesInTheConfigDirectory) {
   talvex_test::LogCapture log;
-  framework::SettingsModel damaged(Write("damaged.json", "{\"k\": "));
+  framework::SettingsModel damaged(MakeFile("damaged.json", "{\"k\": "));
   EXPECT_TRUE(log.Contains("settings file is damaged", base::log::kLogError));
   EXPECT_EQ(Read(damaged, "k", Variant("def")).AsStr(), "def");
   EXPECT_TRUE(Write(damaged, "k", Variant("v")));

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFile>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
@@ -45,31 +44,6 @@ TEST(UikitTest, ModuleResourceFilesAreRegisteredOnlyWhenTheyExist) {
   QFile greeting(":/framework_test/greeting.txt");
   ASSERT_TRUE(greeting.open(QIODevice::ReadOnly));
   EXPECT_EQ(greeting.readAll().trimmed().toStdString(), "hello from a module");
-}
-
-TEST(UikitTest, ToastsFloatOverTheMainWindowAndFadeAway) {
-  QtUIService ui;
-  framework::ToastRequest request;
-  request.text = "Nobody to show me to";
-  ui.ShowToast(request);  // no window: only recorded
-  EXPECT_EQ(TXQtUiUtil::ActiveMainWindow(), nullptr);
-
-  QWidget window;
-  window.setProperty("talvex_main_window", true);
-  window.resize(800, 600);
-  window.show();
-  ASSERT_EQ(TXQtUiUtil::ActiveMainWindow(), &window);
-  request.text = "Message copied";
-  request.duration_ms = 50;
-  ui.ShowToast(request);
-
-  ASSERT_EQ(ui.toasts().size(), 2u);
-  QPointer<QLabel> toast = window.findChild<QLabel*>("talvex_toast");
-  ASSERT_FALSE(toast.isNull());
-  EXPECT_EQ(toast->text(), "Message copied");
-  EXPECT_TRUE(toast->isVisible());
-  EXPECT_TRUE(window.rect().contains(toast->geometry()));
-  EXPECT_TRUE(talvex_test::WaitUntil([&] { return toast.isNull(); }));
 }
 
 TEST(UikitTest, AlertsAreDialogsAnsweredByTheirButtons) {

@@ -6,7 +6,6 @@
 
 #include "base/analytics/analytics.h"
 #include "framework/model/model_impl.h"
-#include "framework/resource/resource.h"
 #include "framework/ui/ui_service.h"
 #include "framework/viewmodel/authorize_view_model.h"
 #include "framework/viewmodel/extension_view_model.h"
@@ -452,15 +451,6 @@ TEST_F(ViewModelTest, StatefulDataAndStatelessDataReachTheirBindings) {
   vm.SetCustomParam(&custom);
   vm.SetCustomParam(nullptr);
   EXPECT_EQ(vm.calls.back(), "custom:c1>");
-}
-
-TEST_F(ViewModelTest, TextsComeFromTheStringTable) {
-  ProbeViewModel vm;
-  framework::Resource::GetInstance()->SetString(0x51, "Hello {name}, {name}!");
-  EXPECT_EQ(vm.GetLocalizedString(0x51), "Hello {name}, {name}!");
-  EXPECT_EQ(vm.FormatString(0x51).Arg("name", "Ann").Str(), "Hello Ann, Ann!");
-  EXPECT_EQ(vm.FormatAssetString(0x51).Arg("name", int64_t{7}).Str(), "Hello 7, 7!");
-  EXPECT_EQ(vm.GetAssetLocalizedString(0x52), "");
 }
 
 TEST_F(ViewModelTest, UnauthorisedActionsAreRefusedWithAToast) {

@@ -21,12 +21,16 @@ ModelPtr ModelProviderBaseImpl::ModelOf(int id) {
 }
 
 void ModelProviderBaseImpl::UnInit() {
-  // Newest first: a model may rely on one made before it.
-  for (auto r = order_.rbegin(); r != order_.rend(); ++r) {
-    auto it = models_.find(*r);
-    if (it != models_.end()) it->second->UnInit();
+  // Newest first: a model may rely on one made before it. A model that asks
+  // for one never made while going down gets it, and it goes down last.
+  while (!order_.empty()) {
+    const std::vector<int> order = std::move(order_);
+    order_.clear();
+    for (auto r = order.rbegin(); r != order.rend(); ++r) {
+      auto it = models_.find(*r);
+      if (it != models_.end()) it->second->UnInit();
+    }
   }
-  order_.clear();
   models_.clear();
 }
 
@@ -44,11 +48,15 @@ ServicePtr ServiceProviderBaseImpl::ServiceOf(int id) {
 }
 
 void ServiceProviderBaseImpl::UnInit() {
-  for (auto r = order_.rbegin(); r != order_.rend(); ++r) {
-    auto it = services_.find(*r);
-    if (it != services_.end()) it->second->UnInitialize();
+  // As for models: newest first, late ones last.
+  while (!order_.empty()) {
+    const std::vector<int> order = std::move(order_);
+    order_.clear();
+    for (auto r = order.rbegin(); r != order.rend(); ++r) {
+      auto it = services_.find(*r);
+      if (it != services_.end()) it->second->UnInitialize();
+    }
   }
-  order_.clear();
   services_.clear();
 }
 

@@ -140,23 +140,24 @@ size_t ViewModel::PropSetCount(uint32_t prop) const {
   return it == props_.end() ? 0 : it->second.count;
 }
 
-void ViewModel::Record(ModelPtr const& model, bool priority) {
+void ViewModel::Record(ModelPtr const& model, bool priority, uint64_t subscriber) {
   if (!model) return;
   for (auto const& s : subscriptions_) {
-    if (s.priority == priority && s.model.lock() == model) return;
+    if (s.priority == priority && s.subscriber == subscriber && s.model.lock() == model) return;
   }
-  subscriptions_.push_back({model, priority});
+  subscriptions_.push_back({model, priority, subscriber});
 }
 
 void ViewModel::UnsubscribeAllEvent() {
-  const uint64_t self = SubscriberId(this);
   for (auto const& s : subscriptions_) {
     auto model = s.model.lock();
     if (!model) continue;
     if (s.priority) {
-      if (auto* priority_model = dynamic_cast<PriorityModel*>(model.get())) priority_model->UnsubscribePriority(self);
+      if (auto* priority_model = dynamic_cast<PriorityModel*>(model.get())) {
+        priority_model->UnsubscribePriority(s.subscriber);
+      }
     } else {
-      model->Unsubscribe(self);
+      model->Unsubscribe(s.subscriber);
     }
   }
   subscriptions_.clear();

@@ -139,15 +139,20 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
   template <typename T>
   static void RecordIfViewModel(ModelPtr const& model, T* subscriber, bool priority) {
     if constexpr (std::is_polymorphic_v<T>) {
-      if (auto* view_model = dynamic_cast<ViewModel*>(subscriber)) view_model->Record(model, priority);
+      // The subscriber subscribed under its own address, which is not that of
+      // its ViewModel part when ViewModel is not its first base.
+      if (auto* view_model = dynamic_cast<ViewModel*>(subscriber)) {
+        view_model->Record(model, priority, SubscriberId(subscriber));
+      }
     }
   }
-  void Record(ModelPtr const& model, bool priority);
+  void Record(ModelPtr const& model, bool priority, uint64_t subscriber);
   void Publish(uint32_t prop, Variant value);
 
   struct Subscription {
     std::weak_ptr<Model> model;
     bool priority = false;
+    uint64_t subscriber = 0;
   };
   struct PropSlot {
     Variant value;
