@@ -53,6 +53,12 @@ void MeetingSimulator::Install() {
   configure->SetDefaults(DefaultRemoteConfig());
   configure->LoadFile(remote_config_file_);
   framework::module::GetModuleService()->SetApplicationModule(application_);
+  talvex::MeetingContext::Reset();
+  auto& self = talvex::MeetingContext::Current();
+  self.self_user_id = "u-self";
+  self.self_app_id = "1400";
+  self.self_app_uid = "u-self";
+  self.nickname = "Alex Morgan";
   installed_ = true;
   TXLOG_INFO << "[sim] meeting installed with " << application_->ModelIds().size() << " models";
 }
@@ -62,6 +68,7 @@ void MeetingSimulator::Uninstall() {
   auto* service = framework::module::GetModuleService();
   if (service->GetApplicationModule() == application_.get()) service->SetApplicationModule(nullptr);
   application_->Clear();
+  talvex::MeetingContext::Reset();
   installed_ = false;
 }
 

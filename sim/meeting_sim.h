@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "framework/meeting/meeting_context.h"
 #include "framework/module/app_module.h"
 #include "framework/settings/settings_model.h"
 #include "sim/models/chat_file_model.h"
@@ -38,6 +39,10 @@ class MeetingSimulator {
 
   // Takes one model out of the registry (a client without it).
   void RemoveModel(int id);
+
+  // The client's view of the meeting and of its own user; Install() sets a
+  // local user ("u-self", "Alex Morgan") in meeting 801234567, not yet joined.
+  talvex::MeetingContext& context() { return talvex::MeetingContext::Current(); }
 
   MeetingStateModel& meeting() { return *meeting_; }
   ChatMessageModel& messages() { return *messages_; }

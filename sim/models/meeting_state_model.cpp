@@ -1,5 +1,7 @@
 #include "sim/models/meeting_state_model.h"
 
+#include "framework/meeting/meeting_context.h"
+
 namespace sim {
 
 MeetingStateModel::MeetingStateModel() : SimModel(kId) {
@@ -23,6 +25,11 @@ MeetingStateModel::MeetingStateModel() : SimModel(kId) {
 
 void MeetingStateModel::Join(int result) {
   on_ = result == 0;
+  auto& context = talvex::MeetingContext::Current();
+  if (on_) {
+    context.joined = true;
+    context.meeting_id = std::stoull(meeting_id_);
+  }
   Variant payload(base::variant::kVariantTypeMap);
   payload.Set("result", result);
   payload.Set("meeting_id", meeting_id_);
@@ -31,6 +38,7 @@ void MeetingStateModel::Join(int result) {
 
 void MeetingStateModel::Leave(int result) {
   on_ = false;
+  talvex::MeetingContext::Current().joined = false;
   Variant payload(base::variant::kVariantTypeMap);
   payload.Set("result", result);
   FireEvent(kEventLeft, &payload);
