@@ -5,19 +5,15 @@
 QFWidgetReusePolicy::~QFWidgetReusePolicy() {
   // Widgets usually outlive the policy by a moment (they die with the list's
   // QWidget base): they must not call back into it.
-  for (QFReuseWidget* widget : used_items_) {
-    if (widget && widget->policy_ == this) widget->policy_ = nullptr;
-  }
-  for (auto const& list : cache_) {
-    for (QFReuseWidget* widget : list) {
-      if (widget && widget->policy_ == this) widget->policy_ = nullptr;
-    }
+  for (QFReuseWidget* widget : adopted_) {
+    if (widget->policy_ == this) widget->policy_ = nullptr;
   }
 }
 
 void QFWidgetReusePolicy::Adopt(QFReuseWidget* widget) {
   if (widget->policy_ && widget->policy_ != this) widget->policy_->OnWidgetDeleted(widget);
   widget->policy_ = this;
+  adopted_.insert(widget);
 }
 
 QFReuseWidget* QFWidgetReusePolicy::PopFirstItemFromUsedList() {
@@ -90,6 +86,7 @@ void QFWidgetReusePolicy::OnWidgetRecycled(QFReuseWidget* widget) {
 void QFWidgetReusePolicy::OnWidgetDeleted(QFReuseWidget* widget) {
   used_items_.removeAll(widget);
   for (auto& list : cache_) list.removeAll(widget);
+  adopted_.remove(widget);
   if (widget && widget->policy_ == this) widget->policy_ = nullptr;
 }
 

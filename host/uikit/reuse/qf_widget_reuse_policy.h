@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 
 class QFReuseWidget;
@@ -51,4 +52,6 @@ class QFWidgetReusePolicy {
   void Adopt(QFReuseWidget* widget);
 
   QHash<QString, QList<QFReuseWidget*>> cache_;
+  // Every widget that points back at this policy, in use or not.
+  QSet<QFReuseWidget*> adopted_;
 };

@@ -1,0 +1,98 @@
+#include <QSignalSpy>
+#include <QWheelEvent>
+
+#include "chat/ui/desktop/view/list/chat_message_list_widget.h"
+#include "list_fixture.h"
+
+namespace reuselist_test {
+namespace {
+
+using Estimate = SampleTextListDelegate::Estimate;
+using MessageList = ListHarness<ChatMessageListWidget>;
+
+int LastRowBottomOnScreen(MessageList const& h) {
+  const int last = h.list->TotalCount() - 1;
+  return h.list->ItemTopForIndex(last) + h.list->ItemHeightAt(last) - h.bar()->value();
+}
+
+TEST(ChatMessageListWidgetTest, TheHistoryOpensAtTheBottomAboveItsBottomMargin) {
+  MessageList h(devkit::MakeSampleRows(500), Estimate::kRough);
+  QSignalSpy bottom(h.list.get(), &ChatMessageListWidget::ScrollToBottomSignal);
+  h.list->Reload(-2, 0);
+  EXPECT_TRUE(h.list->IsAtBottom());
+  EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
+  EXPECT_GE(bottom.count(), 1);
+  // The last message ends 24 px above the viewport's bottom edge.
+  EXPECT_EQ(LastRowBottomOnScreen(h), h.ViewHeight() - 24);
+  EXPECT_EQ(h.list->ContentWidget()->objectName(), "ChatMessageListContentWidget");
+  EXPECT_EQ(h.bar()->contextMenuPolicy(), Qt::NoContextMenu);
+}
+
+TEST(ChatMessageListWidgetTest, NewMessagesKeepAReaderAtTheBottomThere) {
+  MessageList h(devkit::MakeSampleRows(300), Estimate::kRough);
+  h.list->Reload(-2, 0);
+  for (int i = 0; i < 5; ++i) {
+    h.delegate->InsertRow(h.delegate->Rows().size(), PlainRow(QString("new%1").arg(i), LongText(10 + 15 * i)));
+    h.list->Reload(-2, 0);
+    EXPECT_EQ(h.bar()->value(), h.bar()->maximum()) << "message " << i;
+    EXPECT_EQ(h.TextAt(h.ViewHeight() - 24 - 10), LongText(10 + 15 * i)) << "message " << i;
+  }
+}
+
+TEST(ChatMessageListWidgetTest, ScrollingTellsWhereTheReaderIs) {
+  MessageList h(devkit::MakeSampleRows(300), Estimate::kRough);
+  h.list->Reload(-2, 0);
+  QSignalSpy bottom(h.list.get(), &ChatMessageListWidget::ScrollToBottomSignal);
+  QSignalSpy moved(h.list.get(), &ChatMessageListWidget::ScrollPosChangedSignal);
+  QSignalSpy top(h.list.get(), &ChatMessageListWidget::ScrollToTopSignal);
+
+  const QPoint pos(40, 40);
+  QWheelEvent up(QPointF(pos), QPointF(h.list->viewport()->mapToGlobal(pos)), QPoint(), QPoint(0, 120),
+                 Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(h.list->viewport(), &up);
+  EXPECT_FALSE(h.list->IsAtBottom());
+  EXPECT_GE(moved.count(), 1);
+  EXPECT_EQ(bottom.count(), 0);
+  h.bar()->setValue(0);
+  EXPECT_EQ(top.count(), 1);
+
+  // Going to the bottom through rows never measured: the list lands on the
+  // real bottom, however much taller they turn out.
+  h.bar()->setValue(h.bar()->maximum() / 2);
+  h.bar()->setValue(h.bar()->maximum());
+  EXPECT_TRUE(h.list->IsAtBottom());
+  EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
+  EXPECT_EQ(LastRowBottomOnScreen(h), h.ViewHeight() - 24);
+  EXPECT_EQ(bottom.count(), 1);
+  h.ExpectConsistentLayout();
+
+  // A reader who scrolled up is not pulled down by a resize.
+  h.bar()->setValue(h.bar()->maximum() / 3);
+  const int value = h.bar()->value();
+  h.list->resize(320, 300);
+  QApplication::processEvents();
+  EXPECT_EQ(h.bar()->value(), value);
+}
+
+TEST(ChatMessageListWidgetTest, AResizeOrAShowKeepsTheBottomInView) {
+  MessageList h(devkit::MakeSampleRows(300), Estimate::kRough);
+  h.list->Reload(-2, 0);
+  h.list->resize(320, 250);
+  QApplication::processEvents();
+  EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
+  h.list->resize(320, 520);
+  QApplication::processEvents();
+  EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
+  h.ExpectConsistentLayout();
+
+  h.list->hide();
+  h.delegate->InsertRow(h.delegate->Rows().size(), PlainRow("late", "arrived while hidden"));
+  h.list->Reload(-2, 0);
+  h.list->show();
+  QApplication::processEvents();
+  EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
+  EXPECT_EQ(h.TextAt(h.ViewHeight() - 24 - 10), "arrived while hidden");
+}
+
+}  // namespace
+}  // namespace reuselist_test

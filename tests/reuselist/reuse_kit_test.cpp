@@ -1,0 +1,239 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "uikit/reuse/qf_diff_result.h"
+#include "uikit/reuse/qf_reuse_widget.h"
+#include "uikit/reuse/qf_reuse_widget_delegate.h"
+#include "uikit/reuse/qf_scroll_area.h"
+#include "uikit/reuse/qf_widget_reuse_policy.h"
+#include "uikit/reuse/qt_paint_rect_helper.h"
+
+namespace {
+
+struct Journal : QFReuseWidgetDelegate {
+  void OnWidgetReused(QFReuseWidget*) override { events.push_back("reused"); }
+  void OnWidgetRecycled(QFReuseWidget*) override { events.push_back("recycled"); }
+  void OnWidgetDeleted(QFReuseWidget*) override { events.push_back("deleted"); }
+  void OnWidgetSelected(QFReuseWidget*) override { events.push_back("selected"); }
+  void OnWidgetUnSelected(QFReuseWidget*) override { events.push_back("unselected"); }
+  std::vector<std::string> events;
+};
+
+TEST(ReuseKitTest, ThePolicyKeepsUsedWidgetsInOrderAndRecyclesThemByReuseId) {
+  Journal journal;
+  QWidget parent;
+  QFWidgetReusePolicy policy;
+  auto* a = new QFReuseWidget("text", &parent);
+  auto* b = new QFReuseWidget("text", &parent);
+  auto* c = new QFReuseWidget("tip", &parent);
+  a->SetDelegate(&journal);
+
+  policy.AppendItemToUsedList(b);
+  policy.InsertItemToUsedList(a, 0);
+  policy.InsertItemToUsedList(c, 99);  // clamped to the end
+  EXPECT_EQ(policy.UsedItems(), (QList<QFReuseWidget*>{a, b, c}));
+  EXPECT_EQ(policy.PopFirstItemFromUsedList(), a);
+  EXPECT_EQ(policy.PopLastItemFromUsedList(), c);
+
+  policy.AppendItemToCache(a->GetReuseID(), a);
+  policy.AppendItemToCache(c->GetReuseID(), c);
+  EXPECT_TRUE(a->IsRecycled());
+  EXPECT_EQ(journal.events, std::vector<std::string>({"recycled"}));
+  EXPECT_EQ(policy.CachedCount("text"), 1);
+  EXPECT_EQ(policy.GetReuseItem("image"), nullptr);
+  EXPECT_EQ(policy.GetReuseItem("text"), a);
+  EXPECT_FALSE(a->IsRecycled());
+  EXPECT_EQ(journal.events.back(), "reused");
+  EXPECT_EQ(policy.GetReuseItem("text"), nullptr);  // taken out of the cache
+
+  // RecycleUsedWidget empties the used list into the cache, hidden.
+  b->show();
+  policy.RecycleUsedWidget();
+  EXPECT_TRUE(policy.UsedItems().isEmpty());
+  EXPECT_TRUE(b->isHidden());
+  EXPECT_TRUE(b->IsRecycled());
+  EXPECT_EQ(policy.PopFirstItemFromUsedList(), nullptr);
+  EXPECT_EQ(policy.PopLastItemFromUsedList(), nullptr);
+}
+
+TEST(ReuseKitTest, TheCachePrefersTheWidgetThatLastShowedTheRowAndForgetsDeletedOnes) {
+  QWidget parent;
+  QFWidgetReusePolicy policy;
+  std::vector<QFReuseWidget*> widgets;
+  for (int i = 0; i < 4; ++i) {
+    widgets.push_back(new QFReuseWidget("text", &parent));
+    widgets.back()->SetReuseKey(QString("row%1").arg(i));
+    policy.AppendItemToCache("text", widgets.back());
+  }
+  EXPECT_EQ(policy.GetReuseItem("text", "row1"), widgets[1]);
+  EXPECT_EQ(policy.GetReuseItem("text", "nobody"), widgets[3]);
+
+  Journal journal;
+  widgets[2]->SetDelegate(&journal);  // gone before the journal
+  delete widgets[2];
+  EXPECT_EQ(journal.events, std::vector<std::string>({"deleted"}));
+  EXPECT_EQ(policy.CachedCount(), 1);
+  EXPECT_EQ(policy.GetReuseItem("text", "row2"), widgets[0]);
+  EXPECT_EQ(policy.GetReuseItem("text"), nullptr);
+
+  // A widget in use that is deleted leaves the used list too.
+  policy.AppendItemToUsedList(widgets[1]);
+  delete widgets[1];
+  EXPECT_TRUE(policy.UsedItems().isEmpty());
+}
+
+TEST(ReuseKitTest, WidgetsMayOutliveTheirPolicy) {
+  QWidget parent;
+  auto* widget = new QFReuseWidget("text", &parent);
+  Journal journal;
+  widget->SetDelegate(&journal);
+  {
+    QFWidgetReusePolicy policy;
+    policy.AppendItemToCache("text", widget);
+  }
+  // Destroying the widget now must not reach the policy that is gone (the
+  // sanitizer build catches a use after free); its own delegate still hears.
+  delete widget;
+  EXPECT_EQ(journal.events, std::vector<std::string>({"recycled", "deleted"}));
+}
+
+TEST(ReuseKitTest, SelectionMarksReachTheWidgetsDelegate) {
+  Journal journal;
+  QFReuseWidget widget("text");
+  widget.SetDelegate(&journal);
+  widget.OnWidgetSelected();
+  EXPECT_TRUE(widget.IsSelected());
+  widget.OnWidgetUnSelected();
+  EXPECT_FALSE(widget.IsSelected());
+  EXPECT_EQ(journal.events, std::vector<std::string>({"selected", "unselected"}));
+  widget.SetPosition(7, 42);
+  EXPECT_EQ(widget.pos(), QPoint(7, 42));
+}
+
+class RecordingScrollArea : public QFScrollArea {
+ public:
+  std::vector<int> values;
+
+ protected:
+  void OnVerticalScrollValueChanged(int value) override {
+    values.push_back(value);
+    QFScrollArea::OnVerticalScrollValueChanged(value);
+  }
+};
+
+TEST(ReuseKitTest, TheScrollAreaReportsValuesAndKnowsItsBottom) {
+  RecordingScrollArea area;
+  auto* content = new QWidget;
+  area.setWidget(content);
+  area.resize(200, 100);
+  area.show();
+  QApplication::processEvents();
+  QSignalSpy spy(&area, &QFScrollArea::VerticalScrollValueChanged);
+
+  // A height given while the content is hidden counts at once.
+  content->setFixedHeight(500);
+  area.SyncScrollRange();
+  EXPECT_EQ(area.verticalScrollBar()->maximum(), 500 - area.viewport()->height());
+  EXPECT_EQ(content->width(), area.viewport()->width());
+  EXPECT_FALSE(area.IsScrollBottom());
+  area.SetVerticalScrollValue(120);
+  area.SetVerticalScrollValue(100000);  // clamped
+  EXPECT_TRUE(area.IsScrollBottom());
+  content->setFixedHeight(900);
+  area.ScrollToBottom();
+  EXPECT_EQ(area.verticalScrollBar()->value(), 900 - area.viewport()->height());
+  EXPECT_EQ(area.values, std::vector<int>({120, 500 - area.viewport()->height(), 900 - area.viewport()->height()}));
+  EXPECT_EQ(spy.count(), 3);
+}
+
+TEST(ReuseKitTest, ThePaintRectHelperReportsVisibilityUntilUnbound) {
+  QWidget widget;
+  widget.resize(120, 80);
+  std::vector<std::pair<bool, QRect>> reports;
+  auto helper = std::make_unique<QTPaintRectHelper>();
+  helper->BindWidget(&widget, [&](QWidget* w, bool visible, QRect const& rect) {
+    EXPECT_EQ(w, &widget);
+    reports.emplace_back(visible, rect);
+  });
+  widget.show();
+  QApplication::processEvents();
+  ASSERT_FALSE(reports.empty());
+  EXPECT_TRUE(reports.back().first);
+  EXPECT_EQ(reports.back().second, QRect(0, 0, 120, 80));
+  widget.hide();
+  EXPECT_FALSE(reports.back().first);
+  EXPECT_TRUE(reports.back().second.isEmpty());
+
+  helper->UnbindWidget();
+  const size_t count = reports.size();
+  widget.show();
+  widget.resize(130, 90);
+  QApplication::processEvents();
+  EXPECT_EQ(reports.size(), count);
+
+  // A helper may be dropped from its own callback.
+  QTPaintRectHelper* raw = new QTPaintRectHelper;
+  int calls = 0;
+  raw->BindWidget(&widget, [&](QWidget*, bool, QRect const&) {
+    ++calls;
+    delete raw;
+  }, QTPaintRectHelper::kBindVisibility);
+  widget.resize(140, 100);
+  widget.resize(150, 110);
+  EXPECT_EQ(calls, 1);
+}
+
+// Applies a diff to `keys` as a virtualised list does: deletes from the
+// highest row, inserts from the lowest (with the new key), moves by row.
+QStringList Apply(QStringList keys, QFDiffResult const& diff, QStringList const& new_keys) {
+  QStringList moved;
+  for (auto const& move : diff.moves()) moved << keys[move.first];
+  for (auto it = diff.deletes().rbegin(); it != diff.deletes().rend(); ++it) keys.removeAt(*it);
+  for (int index : diff.inserts()) keys.insert(index, "?");
+  for (int k = 0; k < diff.moves().size(); ++k) keys[diff.moves()[k].second] = moved[k];
+  for (int i = 0; i < keys.size(); ++i) {
+    if (keys[i] == "?") keys[i] = new_keys[i];
+  }
+  return keys;
+}
+
+TEST(ReuseKitTest, DiffsFromKeysTurnTheOldListIntoTheNewOne) {
+  std::mt19937 rng(3);
+  for (int round = 0; round < 200; ++round) {
+    QStringList old_keys;
+    const int n = static_cast<int>(rng() % 30);
+    for (int i = 0; i < n; ++i) old_keys << QString("k%1").arg(i);
+    QStringList new_keys = old_keys;
+    const int edits = static_cast<int>(rng() % 8);
+    for (int e = 0; e < edits; ++e) {
+      const int size = new_keys.size();
+      const int kind = static_cast<int>(rng() % 3);
+      if (kind == 0 && size > 0) new_keys.removeAt(static_cast<int>(rng() % size));
+      if (kind == 1) new_keys.insert(static_cast<int>(rng() % (size + 1)), QString("n%1_%2").arg(round).arg(e));
+      if (kind == 2 && size > 1) new_keys.move(static_cast<int>(rng() % size), static_cast<int>(rng() % size));
+    }
+    const QFDiffResult diff = QFDiffResult::FromKeys(old_keys, new_keys);
+    ASSERT_EQ(Apply(old_keys, diff, new_keys), new_keys) << "round " << round;
+    // Kept rows are not reported; every move comes with its delete and insert.
+    for (auto const& move : diff.moves()) {
+      EXPECT_TRUE(diff.deletes().count(move.first));
+      EXPECT_TRUE(diff.inserts().count(move.second));
+    }
+    EXPECT_EQ(diff.IsEmpty(), old_keys == new_keys);
+  }
+
+  // One row moved over many: one move, not many.
+  const QFDiffResult one = QFDiffResult::FromKeys({"a", "b", "c", "d", "e"}, {"b", "c", "d", "e", "a"}, {"c"});
+  ASSERT_EQ(one.moves().size(), 1);
+  EXPECT_EQ(one.moves()[0], qMakePair(0, 4));
+  EXPECT_EQ(one.updates(), std::set<int>({1}));
+}
+
+}  // namespace
