@@ -24,13 +24,14 @@ class SimModel : public framework::ModelImpl {
 
   bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
 
+  // Defines (or replaces) a method. Parts of the simulated meeting that live
+  // in files of their own add their methods to a model this way.
+  void SetMethod(uint32_t method, Method handler) { methods_[method] = std::move(handler); }
+
   std::vector<Invocation> const& invocations() const { return invocations_; }
   // The calls of one method, in order.
   std::vector<Variant> InvocationsOf(uint32_t method) const;
   void ClearInvocations() { invocations_.clear(); }
-
- protected:
-  void SetMethod(uint32_t method, Method handler) { methods_[method] = std::move(handler); }
 
  private:
   std::map<uint32_t, Method> methods_;
