@@ -33,6 +33,9 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       faces_(std::make_shared<FaceModel>()),
       files_(std::make_shared<ChatFileModel>()),
       members_(std::make_shared<MemberModel>()),
+      list_records_(std::make_shared<ListRecordModel>(*messages_)),
+      notifications_(std::make_shared<MessageNotificationModel>()),
+      shield_(std::make_shared<ShieldModel>()),
       settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))) {
   util::file::EnsureDirExist(data_dir_);
 }
@@ -49,6 +52,9 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(FaceModel::kId, faces_);
   application_->RegisterModel(ChatFileModel::kId, files_);
   application_->RegisterModel(MemberModel::kId, members_);
+  application_->RegisterModel(ListRecordModel::kId, list_records_);
+  application_->RegisterModel(MessageNotificationModel::kId, notifications_);
+  application_->RegisterModel(ShieldModel::kId, shield_);
   auto* configure = talvexsdk::utils::service::GetConfigureService();
   configure->SetDefaults(DefaultRemoteConfig());
   configure->LoadFile(remote_config_file_);

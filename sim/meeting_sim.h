@@ -9,6 +9,7 @@
 #include "sim/models/chat_file_model.h"
 #include "sim/models/chat_message_model.h"
 #include "sim/models/face_model.h"
+#include "sim/models/list_record_model.h"
 #include "sim/models/meeting_state_model.h"
 #include "sim/models/member_model.h"
 #include "sim/models/sidebar_app_model.h"
@@ -51,6 +52,9 @@ class MeetingSimulator {
   FaceModel& faces() { return *faces_; }
   ChatFileModel& files() { return *files_; }
   MemberModel& members() { return *members_; }
+  ListRecordModel& list_records() { return *list_records_; }
+  MessageNotificationModel& notifications() { return *notifications_; }
+  ShieldModel& shield() { return *shield_; }
   framework::SettingsModel& settings() { return *settings_; }
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
@@ -67,6 +71,9 @@ class MeetingSimulator {
   std::shared_ptr<FaceModel> faces_;
   std::shared_ptr<ChatFileModel> files_;
   std::shared_ptr<MemberModel> members_;
+  std::shared_ptr<ListRecordModel> list_records_;
+  std::shared_ptr<MessageNotificationModel> notifications_;
+  std::shared_ptr<ShieldModel> shield_;
   std::shared_ptr<framework::SettingsModel> settings_;
 };
 

@@ -10,10 +10,16 @@ namespace sim {
 //             sent (talvex::ChatFileUtils::IsInhibitedExtension)
 //   method 16 {file_name} -> {is_support}: whether the client opens the kind
 //             (everything but the inhibited kinds)
+// Events: 1 an upload was refused, 2 {integer code} a transfer failed.
 class ChatFileModel : public SimModel {
  public:
   static constexpr int kId = 10009;
   ChatFileModel();
+  void RefuseUpload() { FireEvent(1, nullptr); }
+  void FailTransfer(int code) {
+    Variant payload(code);
+    FireEvent(2, &payload);
+  }
 };
 
 }  // namespace sim

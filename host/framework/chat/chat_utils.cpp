@@ -3,7 +3,12 @@
 #include <QString>
 #include <QTextBoundaryFinder>
 
+#include <QDateTime>
+
 #include "base/log/log.h"
+#include "framework/chat/chat_schema_keys.h"
+#include "framework/resource/resource.h"
+#include "framework/viewmodel/view_model.h"
 #include "base/util/file_util.h"
 #include "framework/module/app_module.h"
 
@@ -242,6 +247,57 @@ bool ChatUtils::CheckLargePicFileExist(std::string const& id, std::string const&
 }
 bool ChatUtils::CheckOriginalPicFileExist(std::string const& id, std::string const& meeting_id) {
   return PicFileExists("orig", id, meeting_id);
+}
+
+std::string ChatUtils::FormatMessageTime(int64_t seconds) {
+  return QDateTime::fromSecsSinceEpoch(seconds).toString("hh:mm").toStdString();
+}
+
+void ChatUtils::ConvertMessageInfoToBaseInfo(framework::UIViewModel*, Variant const& record, Variant* info) {
+  if (!info) return;
+  if (!info->IsMap()) *info = Variant(base::variant::kVariantTypeMap);
+  auto text = [](char const* name) { return framework::Resource::GetInstance()->GetString(framework::NameId(name)); };
+  Variant const& sender = record.Has("msg_sender") ? record.Get("msg_sender") : record.Get("message_sender");
+  Variant const& receiver = record.Get("msg_receiver");
+  const bool from_self = record.GetBoolean("is_from_self", record.GetBoolean("message_is_from_self"));
+  const bool is_private =
+      record.GetInt32("conv_type", record.GetInt32("message_conv_type", 2)) == 1;
+  const int receiver_type = record.Get("in_meeting_info").GetInt32("receiver_type", is_private ? 1 : 2);
+  const int status = record.GetInt32("message_status", 2);
+
+  info->Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, record.GetString("msg_id"));
+  info->Set("chat_type", record.GetInt32("chat_type", 0));
+  info->Set(ChatMsgBaseInfoFields_kBooleanBaseInfoIsFromSelf, from_self);
+  info->Set(ChatMsgBaseInfoFields_kStringBaseInfoNickName, sender.GetString("nickname"));
+  info->Set(ChatMsgBaseInfoFields_kStringBaseInfoAvatarUrl, sender.GetString("avatar"));
+  info->Set(ChatMsgBaseInfoFields_kStringBaseInfoSenderLabel, record.GetString("msg_sender_label"));
+  info->Set(ChatMsgBaseInfoFields_kIntegerBaseInfoMsgStatus, status);
+  const std::string formatted = record.GetString("msg_format_time");
+  info->Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgTime,
+            formatted.empty() ? FormatMessageTime(record.GetInteger("message_time")) : formatted);
+  info->Set(ChatMsgBaseInfoFields_kStringBaseInfoMoreOptBtnTips, text("chat.message.more"));
+
+  // The sender line: private messages say who they went to and are marked;
+  // a public message names its audience when it had a narrower one.
+  if (is_private) {
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel, text("chat.message.private_label"));
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoSayToMe, text("chat.message.say_to_me"));
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoMyselfSendTo, text("chat.message.myself_send_to"));
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoSay, text("chat.message.say"));
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoReceiverName, receiver.GetString("nickname"));
+  } else if (receiver_type == 3 || receiver_type == 4 || receiver_type == 5) {
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoSendTo, text("chat.message.send_to"));
+    const char* audience = receiver_type == 3   ? "chat.receiver.waiting_room"
+                           : receiver_type == 4 ? "chat.receiver.panelists"
+                                                : "chat.receiver.everyone";
+    const std::string name = receiver.GetString("nickname");
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoReceiverName, name.empty() ? text(audience) : name);
+  }
+  if (status == 3) {
+    info->Set(ChatMsgBaseInfoFields_kStringBaseInfoTipsText, text("chat.message.not_sent"));
+  } else {
+    info->Remove(ChatMsgBaseInfoFields_kStringBaseInfoTipsText);
+  }
 }
 
 }  // namespace talvex

@@ -5,6 +5,10 @@
 
 #include "base/variant/variant.h"
 
+namespace framework {
+class UIViewModel;
+}
+
 namespace talvex {
 
 // What the client's message model (application model 524) offers to the
@@ -62,6 +66,20 @@ class ChatUtils {
   static bool CheckLargePicFileExist(std::string const& id, std::string const& meeting_id);
   static bool CheckOriginalPicFileExist(std::string const& id, std::string const& meeting_id);
   static std::string GetChatImageCacheDir(std::string const& meeting_id);
+
+  // Fills the shared fields of a message row (the ChatMsgBaseInfoFields_*
+  // keys and `chat_type`) from a message record: sender name and avatar, the
+  // parts of the sender line (own and private messages read differently), the
+  // time, the status with the tip under a failed message, and the tooltip of
+  // the "more" button.
+  static void ConvertMessageInfoToBaseInfo(framework::UIViewModel* view_model, Variant const& record, Variant* info);
+  // The renditions a client downloads an image in.
+  static std::string download_type_thumb() { return "thumb"; }
+  static std::string download_type_large() { return "large"; }
+  static std::string download_type_original() { return "original"; }
+
+  // "hh:mm" of a Unix time in seconds, local time.
+  static std::string FormatMessageTime(int64_t seconds);
 };
 
 }  // namespace talvex

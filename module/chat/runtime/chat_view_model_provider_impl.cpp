@@ -1,11 +1,39 @@
 #include "chat/runtime/chat_view_model_provider_impl.h"
 
 #include "base/log/log.h"
+#include "chat/viewmodel/chat_face_message_view_model.h"
+#include "chat/viewmodel/chat_file_message_view_model.h"
+#include "chat/viewmodel/chat_image_message_view_model.h"
+#include "chat/viewmodel/chat_message_container_view_model.h"
+#include "chat/viewmodel/chat_notice_message_view_model.h"
+#include "chat/viewmodel/chat_openapp_message_view_model.h"
+#include "chat/viewmodel/chat_panel_history_list_view_model.h"
+#include "chat/viewmodel/chat_text_message_view_model.h"
+#include "chat/viewmodel/chat_tip_message_view_model.h"
+#include "chat/viewmodel/view_model_types.h"
 
 namespace chat {
 
+namespace {
+template <typename T>
+ChatViewModelProviderImpl::Maker Make() {
+  return [] { return std::make_shared<T>(); };
+}
+}  // namespace
+
 ChatViewModelProviderImpl::ChatViewModelProviderImpl(framework::module::ModuleRuntime* runtime)
-    : framework::ViewModelProviderBaseImpl(runtime) {}
+    : framework::ViewModelProviderBaseImpl(runtime) {
+  makers_[kViewModelPanelHistoryList] = Make<ChatPanelHistoryListViewModel>();
+  makers_[kViewModelRecordPanelHistoryList] = Make<ChatRecordPanelHistoryListViewModel>();
+  makers_[kViewModelTextMessage] = Make<ChatTextMessageViewModel>();
+  makers_[kViewModelFaceMessage] = Make<ChatFaceMessageViewModel>();
+  makers_[kViewModelImageMessage] = Make<ChatImageMessageViewModel>();
+  makers_[kViewModelTipMessage] = Make<ChatTipMessageViewModel>();
+  makers_[kViewModelNoticeMessage] = Make<ChatNoticeMessageViewModel>();
+  makers_[kViewModelOpenappMessage] = Make<ChatOpenappMessageViewModel>();
+  makers_[kViewModelFileMessage] = Make<ChatFileMessageViewModel>();
+  makers_[kViewModelMessageContainer] = Make<ChatMessageContainerViewModel>();
+}
 
 std::shared_ptr<framework::ViewModel> ChatViewModelProviderImpl::Build(int type) {
   auto it = makers_.find(type);

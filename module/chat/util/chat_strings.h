@@ -19,3 +19,13 @@ constexpr uint32_t kTextFileDownloadCanceled = framework::NameId("chat.file.stat
 constexpr uint32_t kTextFileUnavailable = framework::NameId("chat.file.status.unavailable");
 
 }  // namespace chat
+
+namespace chat {
+constexpr uint32_t kTextFileSendRefused = framework::NameId("chat.file.send_refused");
+constexpr uint32_t kTextFileTooManyTransfers = framework::NameId("chat.file.too_many_transfers");
+}  // namespace chat
+
+namespace chat {
+constexpr uint32_t kTextNoticeDisabled = framework::NameId("chat.notice.disabled");
+constexpr uint32_t kTextGoodsPrice = framework::NameId("chat.goods.price");
+}  // namespace chat

@@ -18,6 +18,7 @@ enum ChatViewModelType : int {
   kViewModelTipMessage = 1014,
   kViewModelTextMessage = 1015,
   kViewModelImageMessage = 1016,
+  kViewModelMessageContainer = 1017,
   kViewModelPanelHistoryList = 1020,
   kViewModelRecordPanelHistoryList = 1021,
   kViewModelPanelInput = 1022,

@@ -1,0 +1,41 @@
+#include "chat/viewmodel/chat_file_message_view_model.h"
+
+#include "chat/util/utils.h"
+#include "framework/chat/chat_utils.h"
+
+namespace chat {
+
+namespace {
+constexpr int kDownloadFromRow = 1;
+}
+
+bool ChatFileMessageViewModel::FillInfo(Variant const& record, Variant const* params, Variant& info) {
+  Variant const& file = ContentOf(record);
+  if (!file.IsMap()) return false;
+  info.Set("layout_type", LayoutTypeOf(params, 1));
+  for (char const* key : {"title", "sub_title", "path", "icon_type", "size", "status", "progress", "err_code",
+                          "err_msg", "security", "id"}) {
+    CopyFields(info, key, file, key);
+  }
+  const int status = file.GetInt32("status", -1);
+  info.Set("progress_visible", status == kFileUploading || status == kFileDownloading);
+  return true;
+}
+
+void ChatFileMessageViewModel::HandleAction(uint32_t action, Variant const* params) {
+  if (action == kActionOpenFile) {
+    if (auto record = talvex::ChatUtils::GetMsgInfoPtrById(msg_id_)) {
+      Variant msg(base::variant::kVariantTypeMap);
+      msg.Set("msg_content", ContentOf(*record));
+      OpenFileByMsg(this, msg);
+    }
+    return;
+  }
+  if (action == kActionDownloadFile) {
+    DownloadFileByMsgId(msg_id_, kDownloadFromRow);
+    return;
+  }
+  ChatMessageItemViewModel::HandleAction(action, params);
+}
+
+}  // namespace chat

@@ -1,0 +1,61 @@
+#include "chat/viewmodel/chat_notice_message_view_model.h"
+
+#include "base/analytics/analytics.h"
+#include "base/log/log.h"
+#include "chat/util/chat_strings.h"
+#include "framework/chat/chat_schema_keys.h"
+#include "framework/meeting/meeting_context.h"
+#include "framework/navigation/routing.h"
+
+namespace chat {
+
+namespace {
+constexpr char kNoticePage[] = "talvex://page/meeting_notice";
+}
+
+bool ChatNoticeMessageViewModel::FillInfo(Variant const& record, Variant const* params, Variant& info) {
+  Variant const& content = ContentOf(record);
+  info.Set(ChatNoticeMessageInfoFields_kIntegerInfoLayoutType, LayoutTypeOf(params, 1));
+  Variant items(base::variant::kVariantTypeArray);
+  for (auto const& element : content.AsArray()) {
+    const int type = element.GetInt32("item_type", -1);
+    if (type != 0 && type != 2) continue;
+    Variant item(base::variant::kVariantTypeMap);
+    item.Set(ChatNoticeMessageItemFields_kIntegerItemType, type);
+    item.Set(ChatNoticeMessageItemFields_kStringItemContent, element.GetString("item_content"));
+    items.Add(std::move(item));
+  }
+  info.Set(ChatNoticeMessageInfoFields_kPtrInfoArrayItem, std::move(items));
+  return true;
+}
+
+void ChatNoticeMessageViewModel::HandleAction(uint32_t action, Variant const* params) {
+  if (action == kActionShowMeetingNotice) {
+    HandleShowMeetingNotice();
+    return;
+  }
+  ChatMessageItemViewModel::HandleAction(action, params);
+}
+
+void ChatNoticeMessageViewModel::HandleShowMeetingNotice() {
+  if (!talvex::MeetingContext::Current().notice_enabled) {
+    ShowToast(0, GetLocalizedString(kTextNoticeDisabled), 2000, 0, "", "");
+    return;
+  }
+  if (!GetPropValue(kPropInfo)) {
+    TXLOG_ERROR << "msg info is null";
+    return;
+  }
+  auto navigator = framework::Navigator::Of(context(), framework::PageStack::kSecondary);
+  navigator.PopOther(kNoticePage);
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("template_type", template_type_);
+  params.Set("msg_id", msg_id_);
+  navigator.Push(kNoticePage, params);
+  const bool host_or_cohost =
+      talvex_common::utils::webinar::SelfIsHost() || talvex_common::utils::webinar::SelfIsCoHost();
+  talvex_common::utils::analytics::LogEventWithProperty("inmeeting_im_null_notice_null_null_ark", "operation_role",
+                                                        host_or_cohost ? "1" : "0");
+}
+
+}  // namespace chat

@@ -1,0 +1,38 @@
+#include "chat/viewmodel/chat_tip_message_view_model.h"
+
+#include "base/log/log.h"
+#include "framework/chat/chat_schema_keys.h"
+
+namespace chat {
+
+namespace {
+constexpr uint32_t kTextYou = 0xd0acbded;
+constexpr uint32_t kTextWithdrewMessage = 0x7baf9134;
+}  // namespace
+
+bool ChatTipMessageViewModel::FillInfo(Variant const& record, Variant const* params, Variant& info) {
+  if (record.Has("msg_id")) {
+    info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, record.GetString("msg_id"));
+  } else {
+    TXLOG_ERROR << "message info not found msg_id";
+    info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, "");
+  }
+  info.Set(ChatTipMessageInfoFields_kIntegerInfoLayoutType, LayoutTypeOf(params, 1));
+  info.Set(ChatTipMessageInfoFields_kIntegerInfoChatType, record.GetInt32("chat_type", -1));
+  std::string tip;
+  if (record.GetInt32("message_status") == 6) {
+    if (!record.Has("msg_sender")) TXLOG_ERROR << "msg info not msg_sender";
+    const std::string who = record.GetBoolean("is_from_self") ? GetLocalizedString(kTextYou)
+                                                              : record.Get("msg_sender").GetString("nickname");
+    tip = who + GetLocalizedString(kTextWithdrewMessage);
+  } else {
+    if (!record.Has("msg_content") && !record.Has("ui_msg_content")) TXLOG_ERROR << "msg info not msg_content";
+    Variant const& content = ContentOf(record);
+    tip = content.IsArray() && !content.Empty() ? content[0].GetString("item_content")
+                                                : content.GetString("item_content");
+  }
+  info.Set(ChatTipMessageInfoFields_kStringInfoTipContent, tip);
+  return true;
+}
+
+}  // namespace chat

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "base/variant/variant.h"
+
+namespace sim {
+
+// Someone who sends in the simulated meeting.
+struct Sender {
+  std::string user_id;
+  std::string nickname;
+  std::string app_uid;
+  std::string app_id = "1400";
+  std::string avatar;
+};
+
+// Message records as the meeting's backend delivers them: the keys of the
+// wire record and the short forms the client adds for its lists
+// (`conv_id`, `conv_type`, `is_from_self`, `msg_sender`).
+Variant ChatRecord(std::string const& meeting_id, Sender const& from, int chat_type, Variant msg_content,
+                   bool from_self = false, Variant ext_content = Variant());
+Variant TextRecord(std::string const& meeting_id, Sender const& from, std::string const& text,
+                   bool from_self = false);
+// A private message between `from` and `to`.
+Variant PrivateTextRecord(std::string const& meeting_id, Sender const& from, Sender const& to,
+                          std::string const& text, bool from_self = false);
+
+}  // namespace sim
