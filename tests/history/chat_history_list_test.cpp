@@ -1,0 +1,362 @@
+// A chat panel list fed by the simulated meeting: live messages, time tips,
+// unread counting, deletions, meeting changes, send errors.
+#include "history_fixture.h"
+
+#include "base/analytics/analytics.h"
+#include "framework/meeting/meeting_context.h"
+
+namespace history_test {
+namespace {
+
+using talvex_test::LogCapture;
+
+class ChatPanelListTest : public HistoryFixture {
+ protected:
+  void SetUp() override {
+    HistoryFixture::SetUp();
+    Attach();
+    WaitForPage();
+    updates_.clear();
+  }
+
+  // Waits for the panel's 400 ms flush.
+  void WaitForFlush() {
+    auto* panel = static_cast<chat::ChatPanelHistoryListViewModel*>(list_.get());
+    ASSERT_TRUE(talvex_test::WaitUntil([panel] { return !panel->flush_pending(); }));
+  }
+};
+
+TEST_F(ChatPanelListTest, AttachPublishesThePaneAndAsksForTheNewestPage) {
+  auto requests = meeting_.messages().InvocationsOf(62);
+  ASSERT_EQ(requests.size(), 1u);
+  EXPECT_EQ(requests[0].GetInt32("limit"), 51);
+  EXPECT_EQ(requests[0].GetUint64("msg_id"), 0u);
+  EXPECT_EQ(requests[0].GetString("meeting_id"), kMeeting);
+  auto pane = list_->PickPropValue(List::kPropChatPaneType);
+  EXPECT_EQ(pane.GetString(ChatHistoryListGetChatPaneTypeFields_kStringGetChatPaneTypeMessageConvId), kMeeting);
+  EXPECT_EQ(pane.GetInt32(ChatHistoryListGetChatPaneTypeFields_kIntegerGetChatPaneTypeTemplateType), 2);
+  EXPECT_TRUE(list_->HasProp(List::kPropListAttached));
+  EXPECT_FALSE(list_->list_id().empty());
+  EXPECT_EQ(meeting_.list_records().live_lists(), 1u);
+}
+
+TEST_F(ChatPanelListTest, OthersMessagesArriveTogetherAfterTheFlush) {
+  const std::string a = Receive(kAvery, "one");
+  const std::string b = Receive(kJordan, "two");
+  EXPECT_TRUE(updates_.empty()) << "held for the flush";
+  WaitForFlush();
+  ASSERT_EQ(updates_.size(), 1u);
+  EXPECT_EQ(updates_[0].type, List::kUpdateAppend);
+  EXPECT_EQ(updates_[0].ids, (std::vector<std::string>{a, b}));
+  EXPECT_EQ(updates_[0].reuse_ids, (std::vector<std::string>{"reuse_id0_2", "reuse_id0_2"}));
+  EXPECT_EQ(meeting_.list_records().List(list_->list_id()), (std::vector<std::string>{a, b}));
+
+  const std::string c = Receive(kAvery, "three");
+  WaitForFlush();
+  ASSERT_EQ(updates_.size(), 2u) << "a message after the flush starts a new timer";
+  EXPECT_EQ(updates_[1].ids, std::vector<std::string>{c});
+
+  // One's own message goes out at once.
+  const std::string own = Receive(kSelf, "mine", 0, true);
+  ASSERT_EQ(updates_.size(), 3u);
+  EXPECT_EQ(updates_[2].ids, std::vector<std::string>{own});
+}
+
+TEST_F(ChatPanelListTest, TimeTipsSeparateMessagesMoreThanThreeMinutesApart) {
+  const uint64_t t0 = 1700000000;
+  Receive(kSelf, "first", t0, true);
+  const std::string same_gap = Receive(kSelf, "exactly 180 s later", t0 + 180, true);
+  const std::string later = Receive(kSelf, "181 s later", t0 + 361, true);
+  ASSERT_EQ(updates_.size(), 3u);
+  EXPECT_EQ(updates_[0].ids.size(), 2u) << "the first message opens with a tip";
+  EXPECT_TRUE(IsTip(updates_[0].ids[0]));
+  EXPECT_EQ(updates_[1].ids, std::vector<std::string>{same_gap}) << "a gap of exactly 180 s gives none";
+  ASSERT_EQ(updates_[2].ids.size(), 2u);
+  EXPECT_TRUE(IsTip(updates_[2].ids[0]));
+  EXPECT_EQ(updates_[2].reuse_ids[0], "reuse_id-1_2");
+  EXPECT_EQ(updates_[2].ids[1], later);
+  auto tip = meeting_.messages().FindMessage(updates_[2].ids[0]);
+  EXPECT_EQ(tip->Get("msg_content").GetString("item_content"), List::TimeTipText(t0 + 361));
+}
+
+TEST_F(ChatPanelListTest, TimeTipTextNamesTheDayWhenItIsNotToday) {
+  const int64_t now = util::time::GetServerTimestamp();
+  const std::string today = List::TimeTipText(static_cast<uint64_t>(now));
+  EXPECT_EQ(today.size(), 5u) << today;
+  EXPECT_EQ(today[2], ':');
+  const std::string long_ago = List::TimeTipText(946684800);  // 2000-01-01
+  EXPECT_EQ(long_ago.substr(0, 8), QDateTime::fromSecsSinceEpoch(946684800).toString("yyyy-MM-").toStdString());
+  EXPECT_EQ(long_ago.size(), 16u) << long_ago;
+}
+
+TEST_F(ChatPanelListTest, UnreadTipCountsUpToNinetyNineThenAddsAPlus) {
+  SetScrolledUp(true);
+  for (int i = 0; i < 99; ++i) Receive(kAvery, "m" + std::to_string(i), 1700000000 + i);
+  WaitForFlush();
+  ASSERT_FALSE(tips_.empty());
+  EXPECT_EQ(tip_counts_.back(), 99);
+  EXPECT_EQ(tips_.back(), "99 new messages");
+  Receive(kAvery, "one more", 1700000100);
+  WaitForFlush();
+  EXPECT_EQ(tip_counts_.back(), 100);
+  EXPECT_EQ(tips_.back(), "99+ new messages");
+  EXPECT_EQ(snaps_, 0) << "a reader above the bottom stays where they are";
+
+  // Back at the bottom the count clears.
+  SetScrolledUp(false);
+  EXPECT_EQ(tip_counts_.back(), 0);
+  EXPECT_EQ(tips_.back(), "");
+}
+
+TEST_F(ChatPanelListTest, FirstUnreadMessageIsReportedOnce) {
+  base::analytics::ClearRecordedEvents();
+  SetScrolledUp(true);
+  Receive(kAvery, "a");
+  WaitForFlush();
+  Receive(kAvery, "b");
+  WaitForFlush();
+  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_impanel_null_tips_null_null_exposure").size(), 1u);
+}
+
+TEST_F(ChatPanelListTest, MentionTipAndItsClickKeepLaterMessagesCounted) {
+  SetScrolledUp(true);
+  Receive(kAvery, "before 1");
+  Receive(kAvery, "before 2");
+  Variant mention = sim::TextRecord(kMeeting, kJordan, "@Alex look");
+  mention.Set("chat_type", 6);
+  const std::string mention_id = meeting_.messages().Post(mention);
+  WaitForFlush();
+  Receive(kAvery, "after 1");
+  Receive(kAvery, "after 2");
+  WaitForFlush();
+  EXPECT_EQ(tips_.back(), Text(0xba4380ab));
+  EXPECT_EQ(tip_counts_.back(), 5);
+
+  base::analytics::ClearRecordedEvents();
+  list_->Handle(List::kActionClickUnreadTip, nullptr);
+  ASSERT_FALSE(scrolls_.empty());
+  EXPECT_EQ(scrolls_.back(), mention_id);
+  EXPECT_EQ(tip_counts_.back(), 2) << "the two messages after the mention stay counted";
+  EXPECT_EQ(tips_.back(), "2 new messages");
+  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_impanel_null_tips_null_null_click").size(), 1u);
+
+  // Without a mention the click goes to the bottom.
+  const int snaps = snaps_;
+  const size_t published = tips_.size();
+  list_->Handle(List::kActionClickUnreadTip, nullptr);
+  EXPECT_EQ(snaps_, snaps + 1);
+  EXPECT_EQ(tips_.size(), published) << "no new tip prop";
+}
+
+TEST_F(ChatPanelListTest, DeletingTheOnlyMessageUnderATipTakesTheTipToo) {
+  const std::string first = Receive(kSelf, "alone", 1700000000, true);
+  ASSERT_EQ(updates_.back().ids.size(), 2u);
+  const std::string tip = updates_.back().ids[0];
+  updates_.clear();
+  meeting_.messages().Delete(first);
+  ASSERT_EQ(updates_.size(), 2u);
+  EXPECT_EQ(updates_[0].type, List::kUpdateRemoved);
+  EXPECT_EQ(updates_[0].ids, std::vector<std::string>{first});
+  EXPECT_EQ(updates_[1].ids, std::vector<std::string>{tip});
+  EXPECT_TRUE(meeting_.list_records().List(list_->list_id()).empty());
+  EXPECT_EQ(list_->show_msg_ids().Size(), 0u);
+
+  // With two messages under the tip, deleting one keeps it.
+  const std::string a = Receive(kSelf, "a", 1700001000, true);
+  const std::string b = Receive(kSelf, "b", 1700001010, true);
+  updates_.clear();
+  meeting_.messages().Delete(b);
+  ASSERT_EQ(updates_.size(), 1u);
+  EXPECT_EQ(updates_[0].ids, std::vector<std::string>{b});
+  EXPECT_EQ(list_->show_msg_ids().Size(), 2u);
+  (void)a;
+}
+
+TEST_F(ChatPanelListTest, UpdatesAndWithdrawalsReplaceTheRow) {
+  const std::string id = Receive(kSelf, "typo", 0, true);
+  updates_.clear();
+  meeting_.messages().Revoke(id);
+  ASSERT_EQ(updates_.size(), 1u);
+  EXPECT_EQ(updates_[0].type, List::kUpdateChanged);
+  EXPECT_EQ(updates_[0].reuse_ids, std::vector<std::string>{"reuse_id-1_2"}) << "a withdrawn message is a tip row";
+}
+
+TEST_F(ChatPanelListTest, MessagesOfOtherMeetingsAndHiddenKindsStayOut) {
+  meeting_.messages().Post(sim::TextRecord("999", kAvery, "elsewhere"));
+  // A red packet reaches the list only if the client announces it: the panel leaves it to the client.
+  Variant packet = sim::TextRecord(kMeeting, kAvery, "red packet");
+  packet.Set("chat_type", 2);
+  packet.Set("msg_id", "packet");
+  packet.Set("message_status", 2);
+  meeting_.messages().AddMessage(packet);
+  Variant payload("packet");
+  meeting_.messages().FireEvent(35, &payload);
+  Variant masked = sim::TextRecord(kMeeting, kAvery, "bullets only");
+  masked["custom_config"].Set("chat_invisible", 1);
+  meeting_.messages().Post(masked);
+  Variant shown = sim::TextRecord(kMeeting, kAvery, "panel too");
+  shown["custom_config"].Set("chat_invisible", 3);
+  const std::string shown_id = meeting_.messages().Post(shown);
+  WaitForFlush();
+  ASSERT_EQ(updates_.size(), 1u);
+  EXPECT_EQ(updates_[0].ids.back(), shown_id);
+  EXPECT_EQ(updates_[0].ids.size(), 2u) << "a leading time tip and the one message";
+}
+
+TEST_F(ChatPanelListTest, RejoiningTheSameMainMeetingKeepsTheList) {
+  Receive(kSelf, "kept", 0, true);
+  updates_.clear();
+  meeting_.meeting().Join();
+  EXPECT_TRUE(updates_.empty());
+  // A breakout room of the same meeting keeps it too.
+  auto& context = meeting_.context();
+  context.in_breakout_room = true;
+  context.main_meeting_id = context.meeting_id;
+  context.meeting_id = 5550001;
+  Variant ok(base::variant::kVariantTypeMap);
+  ok.Set("result", 0);
+  meeting_.meeting().FireEvent(1, &ok);
+  EXPECT_TRUE(updates_.empty());
+  // Another meeting clears it.
+  context.in_breakout_room = false;
+  meeting_.meeting().FireEvent(1, &ok);
+  ASSERT_EQ(updates_.size(), 1u);
+  EXPECT_EQ(updates_[0].type, List::kUpdateReset);
+  EXPECT_TRUE(updates_[0].ids.empty());
+  // A failed join changes nothing.
+  Variant failed(base::variant::kVariantTypeMap);
+  failed.Set("result", 3);
+  meeting_.meeting().FireEvent(1, &failed);
+  EXPECT_EQ(updates_.size(), 1u);
+}
+
+class SendErrorTest : public ChatPanelListTest {
+ protected:
+  std::string ToastFor(int code, int chat_type = 0, std::string const& error_msg = "") {
+    Variant result(base::variant::kVariantTypeMap);
+    result.Set("result", code);
+    result.Set("chat_type", chat_type);
+    result.Set("error_msg", error_msg);
+    const size_t before = ui_->toasts().size();
+    meeting_.messages().FireEvent(16, &result);
+    if (ui_->toasts().size() != before + 1) return "<no toast>";
+    EXPECT_EQ(ui_->toasts().back().duration_ms, 2000u);
+    return ui_->toasts().back().text;
+  }
+};
+
+TEST_F(SendErrorTest, EveryCodeHasItsText) {
+  EXPECT_EQ(ToastFor(0), "<no toast>");
+  EXPECT_EQ(ToastFor(121001), Text(0x1d02d67e));
+  EXPECT_EQ(ToastFor(6008), Text(0xdf5b367f));
+  EXPECT_EQ(ToastFor(7004), Text(0x5ea85d0));
+  EXPECT_EQ(ToastFor(7006), Text(0x5ea85d0));
+  EXPECT_EQ(ToastFor(8004), Text(0x215723ba));
+  EXPECT_EQ(ToastFor(6031), Text(0x215723ba));
+  EXPECT_EQ(ToastFor(7005), Text(0x215723ba));
+  EXPECT_EQ(ToastFor(80002), Text(0x44932c62));
+  EXPECT_EQ(ToastFor(10110), Text(0x55b7e41f));
+  EXPECT_EQ(ToastFor(10111), Text(0x55b7e41f));
+  EXPECT_EQ(ToastFor(6017, 0, "invalid receiver userid"), Text(0x4ac0e9c2));
+  EXPECT_EQ(ToastFor(6017, 0, "other"), Text(0xc44d1d12) + "6017");
+  EXPECT_EQ(ToastFor(10104, 4), "The image wasn't sent: " + Text(0x83003322));
+  EXPECT_EQ(ToastFor(10104, 1), "The emoji wasn't sent: " + Text(0x83003322));
+  EXPECT_EQ(ToastFor(10104, 0), "The message wasn't sent: " + Text(0x83003322));
+  // Webinar-only codes are plain failures outside a webinar.
+  for (int code : {20006, 60008, 10007, 10016, 10105}) EXPECT_EQ(ToastFor(code), Text(0xc44d1d12) + std::to_string(code));
+  meeting_.context().is_webinar = true;
+  EXPECT_EQ(ToastFor(20006), Text(0xec54bfb9));
+  EXPECT_EQ(ToastFor(60008), Text(0x52d7539a));
+  EXPECT_EQ(ToastFor(10007), Text(0xc2d08c4d));
+  EXPECT_EQ(ToastFor(10016), Text(0x75c30f57));
+  EXPECT_EQ(ToastFor(10105), Text(0x2e0db0bb));
+  meeting_.context().is_webinar = false;
+  // Without a network the network codes say so.
+  util::networkinfo::SetActiveNetworkInfo({false, 0});
+  EXPECT_EQ(ToastFor(8004), Text(0xdf5b367f));
+  EXPECT_EQ(ToastFor(6031), Text(0xdf5b367f));
+  EXPECT_EQ(ToastFor(7005), Text(0x215723ba));
+  util::networkinfo::SetActiveNetworkInfo({true, 1});
+}
+
+TEST_F(SendErrorTest, ThePanelSpeaksForTheListsBelowIt) {
+  int lower = 0;
+  meeting_.messages().SubscribePriority(16, 50, 99, std::make_shared<framework::PriorityEventHandler>(
+                                                        [&](Variant const*, bool&) { ++lower; }));
+  ToastFor(7004);
+  EXPECT_EQ(lower, 0) << "the failure stopped at the panel";
+  ToastFor(0);
+  EXPECT_EQ(lower, 1) << "a success goes on";
+}
+
+TEST_F(SendErrorTest, OperationResultsAndFileFeedback) {
+  auto operation = [&](int code, int conv_type) {
+    Variant result(base::variant::kVariantTypeMap);
+    result.Set("result", code);
+    result.Set("message_conv_type", conv_type);
+    const size_t before = ui_->toasts().size();
+    meeting_.messages().FireEvent(11, &result);
+    return ui_->toasts().size() == before ? std::string("<no toast>") : ui_->toasts().back().text;
+  };
+  EXPECT_EQ(operation(0, 2), "<no toast>");
+  EXPECT_EQ(operation(10031, 2), Text(0xadf1fdc1));
+  EXPECT_EQ(operation(20016, 1), Text(0xadf1fdc1));
+  EXPECT_EQ(operation(10031, 1), Text(0x31f70655) + "10031");
+  EXPECT_EQ(operation(77, 3), Text(0x31f70655) + "77");
+
+  const size_t before = ui_->toasts().size();
+  meeting_.files().RefuseUpload();
+  meeting_.files().FailTransfer(21009);
+  meeting_.files().FailTransfer(21001);
+  meeting_.files().FailTransfer(500);
+  ASSERT_EQ(ui_->toasts().size(), before + 3);
+  EXPECT_EQ(ui_->toasts()[before + 1].text, Text(0x55b7e41f));
+
+  Variant text("The host muted chat");
+  meeting_.messages().FireEvent(41, &text);
+  EXPECT_EQ(ui_->toasts().back().text, "The host muted chat");
+}
+
+TEST_F(ChatPanelListTest, BadPayloadsAreLoggedAndChangeNothing) {
+  LogCapture log;
+  Variant number(42);
+  Variant map(base::variant::kVariantTypeMap);
+  for (uint32_t event : {35u, 36u, 37u}) {
+    meeting_.messages().FireEvent(event, nullptr);
+    meeting_.messages().FireEvent(event, &number);
+    meeting_.messages().FireEvent(event, &map);
+    Variant unknown("no-such-message");
+    meeting_.messages().FireEvent(event, &unknown);
+  }
+  for (uint32_t event : {11u, 16u, 39u}) {
+    meeting_.messages().FireEvent(event, nullptr);
+    meeting_.messages().FireEvent(event, &number);
+    meeting_.messages().FireEvent(event, &map);
+  }
+  meeting_.meeting().FireEvent(1, nullptr);
+  meeting_.meeting().FireEvent(1, &number);
+  list_->Handle(List::kActionScrollPosition, nullptr);
+  list_->Handle(List::kActionScrollPosition, &number);
+  list_->Handle(List::kActionSetAnchor, &map);
+  list_->Handle(List::kActionGetMore, &number);
+  WaitForPage();
+  EXPECT_TRUE(updates_.empty() || (updates_.size() == 1 && updates_[0].type == List::kUpdateReset));
+  EXPECT_TRUE(ui_->toasts().empty());
+  EXPECT_TRUE(log.Contains("<IM> message not found with msg_id=no-such-message", base::log::kLogError));
+}
+
+TEST_F(ChatPanelListTest, DetachReleasesTheListAndLeavesTheClientsModels) {
+  list_->DidDetached();
+  EXPECT_EQ(meeting_.list_records().live_lists(), 0u);
+  EXPECT_EQ(meeting_.messages().SubscriberCount(35), 0u);
+  EXPECT_EQ(meeting_.messages().SubscriberCount(16), 0u);
+  EXPECT_EQ(meeting_.meeting().SubscriberCount(1), 0u);
+  EXPECT_EQ(meeting_.files().SubscriberCount(2), 0u);
+  Receive(kAvery, "after detach");
+  talvex_test::SpinFor(450);
+  EXPECT_TRUE(updates_.empty());
+  list_.reset();
+}
+
+}  // namespace
+}  // namespace history_test
