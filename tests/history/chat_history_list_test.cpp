@@ -2,7 +2,10 @@
 // unread counting, deletions, meeting changes, send errors.
 #include "history_fixture.h"
 
+#include <QDateTime>
+
 #include "base/analytics/analytics.h"
+#include "base/util/time_util.h"
 #include "framework/meeting/meeting_context.h"
 
 namespace history_test {
