@@ -11,6 +11,7 @@
 #include "chat/viewmodel/chat_text_message_view_model.h"
 #include "chat/viewmodel/chat_tip_message_view_model.h"
 #include "framework/journal/host_journal.h"
+#include "framework/module/module_service.h"
 #include "framework/navigation/routing.h"
 
 namespace history_test {
