@@ -50,9 +50,13 @@ TEST_F(ChatPanelListTest, OthersMessagesArriveTogetherAfterTheFlush) {
   WaitForFlush();
   ASSERT_EQ(updates_.size(), 1u);
   EXPECT_EQ(updates_[0].type, List::kUpdateAppend);
-  EXPECT_EQ(updates_[0].ids, (std::vector<std::string>{a, b}));
-  EXPECT_EQ(updates_[0].reuse_ids, (std::vector<std::string>{"reuse_id0_2", "reuse_id0_2"}));
-  EXPECT_EQ(meeting_.list_records().List(list_->list_id()), (std::vector<std::string>{a, b}));
+  // The first message of an empty list opens with its time.
+  ASSERT_EQ(updates_[0].ids.size(), 3u);
+  EXPECT_TRUE(IsTip(updates_[0].ids[0]));
+  EXPECT_EQ(updates_[0].ids[1], a);
+  EXPECT_EQ(updates_[0].ids[2], b);
+  EXPECT_EQ(updates_[0].reuse_ids, (std::vector<std::string>{"reuse_id-1_2", "reuse_id0_2", "reuse_id0_2"}));
+  EXPECT_EQ(meeting_.list_records().List(list_->list_id()), updates_[0].ids);
 
   const std::string c = Receive(kAvery, "three");
   WaitForFlush();
@@ -349,12 +353,15 @@ TEST_F(ChatPanelListTest, BadPayloadsAreLoggedAndChangeNothing) {
 }
 
 TEST_F(ChatPanelListTest, DetachReleasesTheListAndLeavesTheClientsModels) {
+  const uint64_t self = framework::SubscriberId(list_.get());
+  ASSERT_TRUE(meeting_.messages().HasSubscriber(self));
   list_->DidDetached();
   EXPECT_EQ(meeting_.list_records().live_lists(), 0u);
-  EXPECT_EQ(meeting_.messages().SubscriberCount(35), 0u);
-  EXPECT_EQ(meeting_.messages().SubscriberCount(16), 0u);
-  EXPECT_EQ(meeting_.meeting().SubscriberCount(1), 0u);
-  EXPECT_EQ(meeting_.files().SubscriberCount(2), 0u);
+  EXPECT_FALSE(meeting_.messages().HasSubscriber(self));
+  EXPECT_FALSE(meeting_.meeting().HasSubscriber(self));
+  EXPECT_FALSE(meeting_.files().HasSubscriber(self));
+  EXPECT_FALSE(meeting_.shield().HasSubscriber(self));
+  EXPECT_FALSE(meeting_.notifications().HasSubscriber(self));
   Receive(kAvery, "after detach");
   talvex_test::SpinFor(450);
   EXPECT_TRUE(updates_.empty());
