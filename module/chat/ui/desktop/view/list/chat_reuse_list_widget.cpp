@@ -68,12 +68,14 @@ void ChatReuseListWidget::SetItemSpacing(int spacing) {
   spacing = std::max(0, spacing);
   if (spacing == item_spacing_) return;
   item_spacing_ = spacing;
+  ResetTopCache();
   if (total_count_ > 0) Reload(-1, 0);
 }
 
 void ChatReuseListWidget::SetMargins(QMargins const& margins) {
   if (margins == margins_) return;
   margins_ = margins;
+  ResetTopCache();
   if (total_count_ > 0) Reload(-1, 0);
 }
 
@@ -86,11 +88,52 @@ int ChatReuseListWidget::ItemHeightAt(int index) const {
   return item_heights_[index];
 }
 
+void ChatReuseListWidget::ResetTopCache() const {
+  cached_index_ = 0;
+  cached_top_ = margins_.top();
+}
+
+void ChatReuseListWidget::OnRowHeightChanged(int index, int delta) {
+  if (index < cached_index_) cached_top_ += delta;
+}
+
 int ChatReuseListWidget::ItemTopForIndex(int index) const {
-  int top = margins_.top();
-  const int end = std::min(index, static_cast<int>(item_heights_.size()));
-  for (int i = 0; i < end; ++i) top += item_heights_[i] + item_spacing_;
+  const int count = static_cast<int>(item_heights_.size());
+  index = std::max(0, std::min(index, count));
+  if (cached_index_ > count) ResetTopCache();
+  int i = cached_index_;
+  int top = cached_top_;
+  while (i < index) {
+    top += item_heights_[i] + item_spacing_;
+    ++i;
+  }
+  while (i > index) {
+    --i;
+    top -= item_heights_[i] + item_spacing_;
+  }
+  cached_index_ = i;
+  cached_top_ = top;
   return top;
+}
+
+int ChatReuseListWidget::LocateRow(int y, int* out_top) const {
+  const int count = static_cast<int>(item_heights_.size());
+  if (cached_index_ > count) ResetTopCache();
+  int i = cached_index_;
+  int top = cached_top_;
+  // Bottoms never decrease down the list, so the walk goes one way only.
+  while (i > 0 && top - item_spacing_ >= y) {
+    --i;
+    top -= item_heights_[i] + item_spacing_;
+  }
+  while (i < count && top + item_heights_[i] < y) {
+    top += item_heights_[i] + item_spacing_;
+    ++i;
+  }
+  cached_index_ = i;
+  cached_top_ = top;
+  *out_top = top;
+  return i;
 }
 
 int ChatReuseListWidget::ComputeContentHeight(int total) const {
@@ -110,17 +153,14 @@ void ChatReuseListWidget::SetContentHeight(int height) {
 int ChatReuseListWidget::CalculateVisibleRange(int scroll_value, int* out_start) const {
   *out_start = -1;
   const int bottom = scroll_value + ListHeight();
-  int top = margins_.top();
+  // Inclusive at both ends: a row that only touches an edge counts.
+  int top = 0;
+  int i = LocateRow(scroll_value, &top);
   int count = 0;
-  for (int i = 0; i < total_count_; ++i) {
-    if (top > bottom) break;
-    const int height = item_heights_[i];
-    // Inclusive at both ends: a row that only touches an edge counts.
-    if (scroll_value <= top + height && top <= bottom) {
-      if (*out_start < 0) *out_start = i;
-      ++count;
-    }
-    top += height + item_spacing_;
+  for (; i < total_count_ && top <= bottom; ++i) {
+    if (*out_start < 0) *out_start = i;
+    ++count;
+    top += item_heights_[i] + item_spacing_;
   }
   return count;
 }
@@ -174,6 +214,7 @@ int ChatReuseListWidget::DoHandleItem(AddMode mode, int index, int* y, int posit
   if (new_height != old_height) {
     if (Delegate()) Delegate()->UpdateItemHeight(index, new_height);
     item_heights_[index] = new_height;
+    OnRowHeightChanged(index, new_height - old_height);
   }
   PlaceWidget(widget, index, *y, new_height);
   *y += new_height + item_spacing_;
@@ -289,6 +330,7 @@ void ChatReuseListWidget::Reload(int target_index, int offset) {
   if (!delegate) return;
   total_count_ = std::max(0, delegate->ItemCount(this));
   item_heights_.assign(total_count_, 0);
+  ResetTopCache();
   int total = 0;
   for (int i = 0; i < total_count_; ++i) {
     item_heights_[i] = std::max(0, delegate->ItemHeightAtIndex(this, i));
@@ -354,6 +396,7 @@ void ChatReuseListWidget::ReloadItems(std::vector<int> const& indices) {
     const int new_height = std::max(0, delegate->ItemHeightAtIndex(this, index));
     const int change = new_height - item_heights_[index];
     item_heights_[index] = new_height;
+    OnRowHeightChanged(index, change);
     content_height += change;
     if (old_tops[i] < value) delta_above += change;
   }
@@ -469,6 +512,8 @@ void ChatReuseListWidget::DiffUpdate(QFDiffResult const& diff) {
     if (on_screen(position)) delegate->UpdateItemAtIndex(this, index, context.visible_items[position]);
   }
 
+  // Rows came and went anywhere: lookups start over from the top.
+  ResetTopCache();
   SetContentHeight(ComputeContentHeight(items_total_height_));
   FixVisibleItems(&context);
   UpdateVisibleItems(true);
@@ -570,8 +615,9 @@ int ChatReuseListWidget::GetFirstFullyVisibleItem(int* out_offset) const {
   if (!Delegate()) return -1;
   const int value = verticalScrollBar()->value();
   const int bottom = value + ListHeight();
-  int top = margins_.top();
-  for (int i = 0; i < total_count_; ++i) {
+  int top = 0;
+  // Rows before this one end above the view.
+  for (int i = LocateRow(value, &top); i < total_count_; ++i) {
     if (top > bottom) break;
     const int height = item_heights_[i];
     if (value <= top && top + height < bottom) {

@@ -147,6 +147,13 @@ class ChatReuseListWidget : public QFScrollArea, public QFWidgetReusePolicy {
   int ComputeContentHeight(int total) const;
   void FixVisibleItems(DiffContext* context);
   void ResyncWithScrollBar();
+  // The first row whose bottom reaches content y (total_count_ when none),
+  // with its top in `out_top`.
+  int LocateRow(int y, int* out_top) const;
+  // A remembered (row, top) pair lets lookups walk from the last place asked
+  // rather than from row 0: a scroll step costs the rows it passes.
+  void ResetTopCache() const;
+  void OnRowHeightChanged(int index, int delta);
 
   QPoint ToContentPoint(QPoint const& pos) const;
   void UpdateSelection();
@@ -167,6 +174,8 @@ class ChatReuseListWidget : public QFScrollArea, public QFWidgetReusePolicy {
   bool need_relayout_on_paint_ = false;
   std::vector<int> item_heights_;
   int items_total_height_ = 0;
+  mutable int cached_index_ = 0;
+  mutable int cached_top_ = 0;
   ChatReuseListWidgetDelegate* delegate_ = nullptr;
   QPointer<QObject> delegate_guard_;
   std::function<void()> visible_items_changed_callback_;
