@@ -1,6 +1,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <random>
 
 #include "list_fixture.h"
 #include "support/test_util.h"
@@ -289,7 +290,7 @@ TEST(ReuseListLayoutTest, PositionsMapToRowsWithTheSpacingBelongingToTheRowAbove
 
   auto expected = [&](int y) {
     for (int i = 0; i < 120; ++i) {
-      const int top = h.list->ItemTopForIndex(i);
+      const int top = h.TopBySum(i);
       if (top < y && y <= top + h.list->ItemHeightAt(i) + 4) return i;
     }
     return 119;
@@ -304,6 +305,20 @@ TEST(ReuseListLayoutTest, PositionsMapToRowsWithTheSpacingBelongingToTheRowAbove
   EXPECT_EQ(h.list->IndexForPosition(value), h.list->StartIndex());
   EXPECT_EQ(h.list->IndexForPosition(-3), -1);
   EXPECT_EQ(h.list->IndexForPosition(h.list->ContentHeight() + 100), 119);
+
+  // Row tops stay right in any order of asking, across re-measured rows.
+  std::mt19937 rng(5);
+  for (int round = 0; round < 200; ++round) {
+    if (round % 20 == 0) {
+      const int row = static_cast<int>(rng() % 120);
+      h.delegate->SetText(row, LongText(1 + rng() % 40));
+      h.list->ReloadItems({row});
+    }
+    if (round % 7 == 0) h.bar()->setValue(static_cast<int>(rng() % (h.bar()->maximum() + 1)));
+    const int index = static_cast<int>(rng() % 121);
+    ASSERT_EQ(h.list->ItemTopForIndex(index), h.TopBySum(index)) << "row " << index << ", round " << round;
+  }
+  h.ExpectConsistentLayout();
 }
 
 TEST(ReuseListLayoutTest, FullyVisibleRowsAreThoseWhoseWholeHeightIsInView) {
