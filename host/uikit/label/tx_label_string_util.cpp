@@ -1,0 +1,269 @@
+#include "uikit/label/tx_label_string_util.h"
+
+#include <QTextBoundaryFinder>
+#include <climits>
+#include <memory>
+
+namespace {
+
+uint CodePointAt(QString const& text, int pos) {
+  const QChar c = text.at(pos);
+  if (c.isHighSurrogate() && pos + 1 < text.size() && text.at(pos + 1).isLowSurrogate()) {
+    return QChar::surrogateToUcs4(c, text.at(pos + 1));
+  }
+  return c.unicode();
+}
+
+uint CodePointBefore(QString const& text, int pos) {
+  const QChar c = text.at(pos - 1);
+  if (c.isLowSurrogate() && pos >= 2 && text.at(pos - 2).isHighSurrogate()) {
+    return QChar::surrogateToUcs4(text.at(pos - 2), c);
+  }
+  return c.unicode();
+}
+
+bool IsRegionalIndicator(uint cp) { return cp >= 0x1F1E6 && cp <= 0x1F1FF; }
+
+// Characters that belong to the character before them.
+bool ExtendsPrevious(uint cp) {
+  return QChar::isMark(cp) || cp == 0x200D || (cp >= 0xFE00 && cp <= 0xFE0F) || (cp >= 0x1F3FB && cp <= 0x1F3FF) ||
+         (cp >= 0xE0020 && cp <= 0xE007F) || (cp >= 0xE0100 && cp <= 0xE01EF);
+}
+
+// Fractional advances: summed word by word, rounded ones would drift.
+qreal Advance(QFontMetricsF const& metrics, QStringRef const& text) {
+  if (text.size() == 1 && !text.at(0).isSurrogate() && !text.at(0).isMark()) {
+    return metrics.horizontalAdvance(text.at(0));
+  }
+  return metrics.horizontalAdvance(text.toString());
+}
+
+// Breaks one paragraph, piece by piece, into the output lists.
+class ParagraphBreaker {
+ public:
+  ParagraphBreaker(QPoint const& start, int indent, int line_spacing, int max_width, int height, QFont const& font,
+                   QFontMetrics const& metrics, QString const& body, QStringList& strings, QVector<QRect>& rects,
+                   int limit)
+      : metrics_(metrics),
+        metrics_f_(font),
+        body_(body),
+        strings_(strings),
+        rects_(rects),
+        x_(start.x()),
+        y_(start.y()),
+        indent_(indent),
+        line_spacing_(line_spacing),
+        max_width_(max_width),
+        height_(height),
+        limit_(limit) {}
+
+  // Returns false when the piece limit stopped it with text left over.
+  bool Run() {
+    CollectBreaks();
+    const int size = body_.size();
+    int piece_start = 0;
+    qreal piece_width = 0;
+    int seg_start = 0;
+    int bi = 0;
+    bool cutting = false;
+    while (seg_start < size) {
+      const int seg_end = breaks_[bi];
+      const int avail = Available();
+      const int full = max_width_ - indent_;
+      if (!cutting) {
+        qreal fit_width = 0;
+        const qreal seg_width = MeasureSegment(seg_start, seg_end, &fit_width);
+        if (piece_width + fit_width <= avail) {
+          piece_width += seg_width;
+          seg_start = seg_end;
+          ++bi;
+          if (mandatory_[bi - 1] && seg_start < size) {
+            if (!Emit(piece_start, seg_start)) return false;
+            piece_start = seg_start;
+            piece_width = 0;
+          }
+          continue;
+        }
+        if (seg_start > piece_start) {
+          if (!Emit(piece_start, seg_start)) return false;
+          piece_start = seg_start;
+          piece_width = 0;
+          continue;
+        }
+        // A word that would fit a line of its own goes to the next line.
+        if (avail < full && fit_width <= full) {
+          if (!Emit(piece_start, piece_start)) return false;
+          continue;
+        }
+        cutting = true;
+      }
+      qreal used = 0;
+      int cut = FitGraphemes(seg_start, seg_end, avail - piece_width, &used);
+      if (cut == seg_end) {
+        piece_width += used;
+        seg_start = seg_end;
+        ++bi;
+        cutting = false;
+        continue;
+      }
+      if (cut == seg_start) {
+        if (avail < full) {
+          if (!Emit(piece_start, piece_start)) return false;
+          continue;
+        }
+        // Not even one character fits a whole line: it stands alone.
+        cut = NextGrapheme(seg_start, seg_end);
+      }
+      if (!Emit(piece_start, cut)) return false;
+      piece_start = seg_start = cut;
+      piece_width = 0;
+    }
+    if (piece_start < size) {
+      if (!Emit(piece_start, size)) return false;
+    }
+    return true;
+  }
+
+ private:
+  int Available() const { return (emitted_ == 0 ? max_width_ - x_ : max_width_ - indent_); }
+
+  void CollectBreaks() {
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Line, body_);
+    for (int p = finder.toNextBoundary(); p != -1; p = finder.toNextBoundary()) {
+      if (p <= 0) continue;
+      if (p < body_.size() && !TXLabelStringUtil::IsSafeSplit(body_, p)) continue;
+      breaks_.push_back(p);
+      mandatory_.push_back((finder.boundaryReasons() & QTextBoundaryFinder::MandatoryBreak) != 0);
+    }
+    if (breaks_.isEmpty() || breaks_.back() != body_.size()) {
+      breaks_.push_back(body_.size());
+      mandatory_.push_back(false);
+    }
+  }
+
+  // The advance of [from, to); `fit_width` without its trailing white space,
+  // which may hang past the line's end.
+  qreal MeasureSegment(int from, int to, qreal* fit_width) {
+    int trimmed_end = to;
+    while (trimmed_end > from && body_.at(trimmed_end - 1).isSpace()) --trimmed_end;
+    *fit_width = trimmed_end > from ? Advance(metrics_f_, body_.midRef(from, trimmed_end - from)) : 0;
+    if (trimmed_end == to) return *fit_width;
+    bool plain_spaces = true;
+    for (int i = trimmed_end; i < to; ++i) plain_spaces = plain_spaces && body_.at(i) == QLatin1Char(' ');
+    if (plain_spaces) {
+      if (space_width_ < 0) space_width_ = metrics_f_.horizontalAdvance(QLatin1Char(' '));
+      return *fit_width + (to - trimmed_end) * space_width_;
+    }
+    return *fit_width + Advance(metrics_f_, body_.midRef(trimmed_end, to - trimmed_end));
+  }
+
+  QTextBoundaryFinder& Graphemes() {
+    if (!graphemes_) graphemes_.reset(new QTextBoundaryFinder(QTextBoundaryFinder::Grapheme, body_));
+    return *graphemes_;
+  }
+
+  int NextGrapheme(int from, int limit) {
+    QTextBoundaryFinder& finder = Graphemes();
+    finder.setPosition(from);
+    for (int p = finder.toNextBoundary(); p != -1 && p < limit; p = finder.toNextBoundary()) {
+      if (TXLabelStringUtil::IsSafeSplit(body_, p)) return p;
+    }
+    return limit;
+  }
+
+  // The furthest grapheme boundary in (from, to] whose text from `from` fits
+  // in `room`; `from` when not even one cluster does.
+  int FitGraphemes(int from, int to, qreal room, qreal* used) {
+    int best = from;
+    qreal width = 0;
+    int cluster_start = from;
+    QTextBoundaryFinder& finder = Graphemes();
+    finder.setPosition(from);
+    for (int p = finder.toNextBoundary(); p != -1 && p <= to; p = finder.toNextBoundary()) {
+      if (p < to && !TXLabelStringUtil::IsSafeSplit(body_, p)) continue;
+      width += Advance(metrics_f_, body_.midRef(cluster_start, p - cluster_start));
+      cluster_start = p;
+      if (width > room) break;
+      best = p;
+      *used = width;
+      if (p == to) break;
+    }
+    return best;
+  }
+
+  bool Emit(int from, int to) {
+    if (emitted_ >= limit_) return false;
+    const int avail = Available();
+    const int width = to > from ? qMin(metrics_.horizontalAdvance(body_.mid(from, to - from)), qMax(avail, 0)) : 0;
+    strings_ << body_.mid(from, to - from);
+    rects_ << QRect(x_, y_, width, height_);
+    ++emitted_;
+    x_ = indent_;
+    y_ += height_ + line_spacing_;
+    return true;
+  }
+
+  QFontMetrics const& metrics_;
+  QFontMetricsF metrics_f_;
+  QString const& body_;
+  QStringList& strings_;
+  QVector<QRect>& rects_;
+  int x_;
+  int y_;
+  int indent_;
+  int line_spacing_;
+  int max_width_;
+  int height_;
+  int limit_;
+  int emitted_ = 0;
+  qreal space_width_ = -1;
+  QVector<int> breaks_;
+  QVector<bool> mandatory_;
+  std::unique_ptr<QTextBoundaryFinder> graphemes_;
+};
+
+}  // namespace
+
+bool TXLabelStringUtil::IsSafeSplit(QString const& text, int pos) {
+  if (pos <= 0 || pos >= text.size()) return true;
+  if (text.at(pos).isLowSurrogate() && text.at(pos - 1).isHighSurrogate()) return false;
+  const uint after = CodePointAt(text, pos);
+  const uint before = CodePointBefore(text, pos);
+  if (ExtendsPrevious(after) || before == 0x200D) return false;
+  if (IsRegionalIndicator(before) && IsRegionalIndicator(after)) {
+    // Flags are pairs: a cut is safe only after an even run of indicators.
+    int run = 0;
+    int p = pos;
+    while (p >= 2 && IsRegionalIndicator(CodePointBefore(text, p))) {
+      ++run;
+      p -= 2;
+    }
+    return run % 2 == 0;
+  }
+  return true;
+}
+
+void TXLabelStringUtil::CalculateMultiLineStringRects(QPoint const& start, int indent, int line_spacing,
+                                                      int max_width, int line_height, QFont const& font,
+                                                      QFontMetrics const& metrics, QString const& text,
+                                                      QStringList& out_strings, QVector<QRect>& out_rects,
+                                                      bool& more, int max_pieces) {
+  more = false;
+  QString body = text;
+  const bool paragraph_end = body.endsWith(QLatin1Char('\r'));
+  if (paragraph_end) body.chop(1);
+  const int height = line_height > 0 ? line_height : metrics.height();
+  const int limit = max_pieces > 0 ? max_pieces : (max_pieces == 0 ? 1 : INT_MAX);
+  const int first_piece = out_strings.size();
+
+  const int whole = body.isEmpty() ? 0 : metrics.horizontalAdvance(body);
+  if (body.isEmpty() || whole <= max_width - start.x()) {
+    out_strings << body;
+    out_rects << QRect(start, QSize(whole, height));
+  } else {
+    ParagraphBreaker breaker(start, indent, line_spacing, max_width, height, font, metrics, body, out_strings,
+                             out_rects, limit);
+    more = !breaker.Run();
+  }
+  if (paragraph_end && !more && out_strings.size() > first_piece) out_strings.last().append(QLatin1Char('\r'));
+}
