@@ -1,5 +1,6 @@
 #include "uikit/label/tx_label_string_util.h"
 
+#include <QHash>
 #include <QTextBoundaryFinder>
 #include <climits>
 #include <memory>
@@ -30,22 +31,66 @@ bool ExtendsPrevious(uint cp) {
          (cp >= 0xE0020 && cp <= 0xE007F) || (cp >= 0xE0100 && cp <= 0xE01EF);
 }
 
-// Fractional advances: summed word by word, rounded ones would drift.
-qreal Advance(QFontMetricsF const& metrics, QStringRef const& text) {
-  if (text.size() == 1 && !text.at(0).isSurrogate() && !text.at(0).isMark()) {
-    return metrics.horizontalAdvance(text.at(0));
-  }
-  return metrics.horizontalAdvance(text.toString());
+// Characters whose advance does not depend on their neighbours (apart from
+// kerning): Latin, Greek, Cyrillic, CJK, kana, Hangul syllables, full-width
+// forms. Everything else, marks and joiners included, is shaped in context.
+bool NeedsNoShaping(QChar c) {
+  const ushort u = c.unicode();
+  if (u < 0x20 || (u >= 0x7F && u < 0xA0) || u == 0xAD) return false;
+  if (u < 0x0300) return true;
+  if (u >= 0x0370 && u < 0x0483) return true;
+  if (u >= 0x3000 && u < 0xA000) return !(u >= 0x302A && u <= 0x302F) && u != 0x3099 && u != 0x309A;
+  if (u >= 0xAC00 && u < 0xD7A4) return true;
+  return u >= 0xFF01 && u < 0xFF61;
 }
+
+// Widths of runs of one paragraph, fractional so that sums do not drift.
+// Shaping a string is what layout spends its time on, and chat text is
+// mostly made of characters that need none: their advances come from a
+// table kept per font, and only other runs are shaped.
+class TextMeasurer {
+ public:
+  TextMeasurer(QFont const& font, QString const& text) : metrics_(font), text_(text), advances_(TableFor(font)) {}
+
+  qreal Width(int from, int to) {
+    qreal sum = 0;
+    for (int i = from; i < to; ++i) {
+      const QChar c = text_.at(i);
+      if (!NeedsNoShaping(c)) return Shaped(from, to);
+      sum += AdvanceOf(c);
+    }
+    return sum;
+  }
+
+ private:
+  qreal Shaped(int from, int to) const { return metrics_.horizontalAdvance(text_.mid(from, to - from)); }
+
+  qreal AdvanceOf(QChar c) {
+    const auto it = advances_->constFind(c.unicode());
+    if (it != advances_->constEnd()) return *it;
+    const qreal advance = metrics_.horizontalAdvance(c);
+    advances_->insert(c.unicode(), advance);
+    return advance;
+  }
+
+  static QHash<ushort, qreal>* TableFor(QFont const& font) {
+    thread_local QHash<QString, QHash<ushort, qreal>> tables;
+    if (tables.size() > 64) tables.clear();
+    // Values of a QHash stay where they are when other keys come and go.
+    return &tables[font.key()];
+  }
+
+  QFontMetricsF metrics_;
+  QString const& text_;
+  QHash<ushort, qreal>* advances_;
+};
 
 // Breaks one paragraph, piece by piece, into the output lists.
 class ParagraphBreaker {
  public:
-  ParagraphBreaker(QPoint const& start, int indent, int line_spacing, int max_width, int height, QFont const& font,
-                   QFontMetrics const& metrics, QString const& body, QStringList& strings, QVector<QRect>& rects,
-                   int limit)
-      : metrics_(metrics),
-        metrics_f_(font),
+  ParagraphBreaker(QPoint const& start, int indent, int line_spacing, int max_width, int height,
+                   TextMeasurer& measurer, QString const& body, QStringList& strings, QVector<QRect>& rects, int limit)
+      : measurer_(measurer),
         body_(body),
         strings_(strings),
         rects_(rects),
@@ -146,15 +191,9 @@ class ParagraphBreaker {
   qreal MeasureSegment(int from, int to, qreal* fit_width) {
     int trimmed_end = to;
     while (trimmed_end > from && body_.at(trimmed_end - 1).isSpace()) --trimmed_end;
-    *fit_width = trimmed_end > from ? Advance(metrics_f_, body_.midRef(from, trimmed_end - from)) : 0;
+    *fit_width = trimmed_end > from ? measurer_.Width(from, trimmed_end) : 0;
     if (trimmed_end == to) return *fit_width;
-    bool plain_spaces = true;
-    for (int i = trimmed_end; i < to; ++i) plain_spaces = plain_spaces && body_.at(i) == QLatin1Char(' ');
-    if (plain_spaces) {
-      if (space_width_ < 0) space_width_ = metrics_f_.horizontalAdvance(QLatin1Char(' '));
-      return *fit_width + (to - trimmed_end) * space_width_;
-    }
-    return *fit_width + Advance(metrics_f_, body_.midRef(trimmed_end, to - trimmed_end));
+    return *fit_width + measurer_.Width(trimmed_end, to);
   }
 
   QTextBoundaryFinder& Graphemes() {
@@ -181,7 +220,7 @@ class ParagraphBreaker {
     finder.setPosition(from);
     for (int p = finder.toNextBoundary(); p != -1 && p <= to; p = finder.toNextBoundary()) {
       if (p < to && !TXLabelStringUtil::IsSafeSplit(body_, p)) continue;
-      width += Advance(metrics_f_, body_.midRef(cluster_start, p - cluster_start));
+      width += measurer_.Width(cluster_start, p);
       cluster_start = p;
       if (width > room) break;
       best = p;
@@ -194,7 +233,7 @@ class ParagraphBreaker {
   bool Emit(int from, int to) {
     if (emitted_ >= limit_) return false;
     const int avail = Available();
-    const int width = to > from ? qMin(metrics_.horizontalAdvance(body_.mid(from, to - from)), qMax(avail, 0)) : 0;
+    const int width = to > from ? qMin(qRound(measurer_.Width(from, to)), qMax(avail, 0)) : 0;
     strings_ << body_.mid(from, to - from);
     rects_ << QRect(x_, y_, width, height_);
     ++emitted_;
@@ -203,8 +242,7 @@ class ParagraphBreaker {
     return true;
   }
 
-  QFontMetrics const& metrics_;
-  QFontMetricsF metrics_f_;
+  TextMeasurer& measurer_;
   QString const& body_;
   QStringList& strings_;
   QVector<QRect>& rects_;
@@ -216,7 +254,6 @@ class ParagraphBreaker {
   int height_;
   int limit_;
   int emitted_ = 0;
-  qreal space_width_ = -1;
   QVector<int> breaks_;
   QVector<bool> mandatory_;
   std::unique_ptr<QTextBoundaryFinder> graphemes_;
@@ -256,13 +293,14 @@ void TXLabelStringUtil::CalculateMultiLineStringRects(QPoint const& start, int i
   const int limit = max_pieces > 0 ? max_pieces : (max_pieces == 0 ? 1 : INT_MAX);
   const int first_piece = out_strings.size();
 
-  const int whole = body.isEmpty() ? 0 : metrics.horizontalAdvance(body);
+  TextMeasurer measurer(font, body);
+  const int whole = body.isEmpty() ? 0 : qRound(measurer.Width(0, body.size()));
   if (body.isEmpty() || whole <= max_width - start.x()) {
     out_strings << body;
     out_rects << QRect(start, QSize(whole, height));
   } else {
-    ParagraphBreaker breaker(start, indent, line_spacing, max_width, height, font, metrics, body, out_strings,
-                             out_rects, limit);
+    ParagraphBreaker breaker(start, indent, line_spacing, max_width, height, measurer, body, out_strings, out_rects,
+                             limit);
     more = !breaker.Run();
   }
   if (paragraph_end && !more && out_strings.size() > first_piece) out_strings.last().append(QLatin1Char('\r'));

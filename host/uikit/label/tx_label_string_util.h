@@ -20,6 +20,9 @@ class TXLabelStringUtil {
   // never split. A trailing "\r" (paragraph end) is not measured and stays on
   // the last piece when the paragraph is laid out whole.
   //
+  // Widths are measured with `font`, which `metrics` must have been made
+  // from; rect widths are rounded advances, trailing white space included.
+  //
   // `max_pieces` above 0 caps the number of pieces, 0 asks for one piece,
   // below 0 means no cap. `more` tells whether text was left over.
   static void CalculateMultiLineStringRects(QPoint const& start, int indent, int line_spacing, int max_width,
