@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QSignalSpy>
 #include <QTextBoundaryFinder>
@@ -254,6 +255,37 @@ TEST(RichTextSelectionTest, PlacesNeverFallInsideACharacter) {
   }
   label->SelectContent(QPoint(), QPoint(), true);
   EXPECT_EQ(label->CopyContentSelection(), text);
+}
+
+TEST(RichTextSelectionTest, DoubleClickSelectsAWordOrAnImage) {
+  auto label = Selectable({Text(QStringLiteral("hello wide world ")), Image(QSize(14, 14), Qt::red, QStringLiteral("[ok]"))});
+  const auto double_click = [&](QPoint const& pos) {
+    SendMouse(label.get(), QEvent::MouseButtonPress, pos, Qt::LeftButton, Qt::LeftButton);
+    SendMouse(label.get(), QEvent::MouseButtonRelease, pos, Qt::LeftButton, Qt::NoButton);
+    SendMouse(label.get(), QEvent::MouseButtonDblClick, pos, Qt::LeftButton, Qt::LeftButton);
+    SendMouse(label.get(), QEvent::MouseButtonRelease, pos, Qt::LeftButton, Qt::NoButton);
+  };
+  double_click(QPoint(Advance("hello wi"), 5));
+  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("wide"));
+  // Just behind the last letter is still the word.
+  double_click(QPoint(Advance("hello") + 1, 5));
+  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("hello"));
+  double_click(QPoint(Advance("hello wide world ") + 7, 5));
+  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("[ok]"));
+  const QImage image = Grab(label.get());
+  EXPECT_TRUE(IsSelectColor(image, Advance("hello wide world ") + 1, 0));
+  EXPECT_FALSE(IsSelectColor(image, Advance("hello wide world ") - 3, 0));
+}
+
+TEST(RichTextSelectionTest, FocusMovingElsewhereDropsTheSelection) {
+  auto label = Selectable({Text(QStringLiteral("keep me for the menu"))});
+  Drag(label.get(), QPoint(0, 5), QPoint(Advance("keep"), 5));
+  QFocusEvent to_menu(QEvent::FocusOut, Qt::PopupFocusReason);
+  QApplication::sendEvent(label.get(), &to_menu);
+  EXPECT_TRUE(label->HasContentSelection());
+  QFocusEvent clicked_away(QEvent::FocusOut, Qt::MouseFocusReason);
+  QApplication::sendEvent(label.get(), &clicked_away);
+  EXPECT_FALSE(label->HasContentSelection());
 }
 
 TEST(RichTextSelectionTest, NewLayoutDropsTheSelection) {

@@ -181,6 +181,62 @@ int RichTextHitTester::OffsetInTextBlock(RichTextBlock const& block, int pointer
   return stops[n];
 }
 
+std::pair<RichTextSelectPos, RichTextSelectPos> RichTextHitTester::WordAt(QPoint const& pos) const {
+  const RichTextSelectPos place = SearchTheNearestPosOfMouse(pos);
+  if (!place.IsValid() || lines_.empty()) return {};
+  RichTextLine const& line = lines_[place.line];
+  if (place.block >= static_cast<int>(line.blocks.size())) return {};
+  RichTextBlock const& block = line.blocks[place.block];
+  if (block.type == RichTextBlock::kImage) {
+    int x = line.rect.left();
+    for (int i = 0; i < place.block; ++i) {
+      x += line.blocks[i].margins.left() + line.blocks[i].size.width() + line.blocks[i].margins.right();
+    }
+    return {RichTextSelectPos(place.line, place.block, 0, x),
+            RichTextSelectPos(place.line, place.block, 1, x + block.size.width())};
+  }
+  if (block.type != RichTextBlock::kText || !block.text || block.text->content.isEmpty()) return {};
+  QString const& content = block.text->content;
+  // The character under the pointer: the nearest place may be just behind it.
+  int at = qMin(place.index, content.size() - 1);
+  if (at > 0 && at == place.index && content.at(at).isSpace() && !content.at(at - 1).isSpace()) --at;
+  QTextBoundaryFinder words(QTextBoundaryFinder::Word, content);
+  int from = 0;
+  int to = content.size();
+  for (int p = words.toNextBoundary(); p != -1; p = words.toNextBoundary()) {
+    if (p <= at) {
+      from = p;
+    } else {
+      to = p;
+      break;
+    }
+  }
+  return {PlaceInText(place.line, place.block, from), PlaceInText(place.line, place.block, to)};
+}
+
+RichTextSelectPos RichTextHitTester::PlaceInText(int line, int block, int index) const {
+  RichTextLine const& target = lines_[line];
+  int x = target.rect.left();
+  for (int i = 0; i < block; ++i) {
+    x += target.blocks[i].margins.left() + target.blocks[i].size.width() + target.blocks[i].margins.right();
+  }
+  RichTextBlock const& text_block = target.blocks[block];
+  QString const& content = text_block.text->content;
+  const QFont font = RichTextMeasure::FontFor(font_, *text_block.text);
+  if (HasRightToLeft(content)) {
+    QTextLayout layout(content, font);
+    QTextOption option;
+    option.setTextDirection(Qt::LeftToRight);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine text_line = layout.createLine();
+    text_line.setLineWidth(1e6);
+    layout.endLayout();
+    return RichTextSelectPos(line, block, index, x + qRound(text_line.cursorToX(index)));
+  }
+  return RichTextSelectPos(line, block, index, x + RichTextMeasure::Advance(QFontMetrics(font), content.left(index)));
+}
+
 void RichTextHitTester::GetLastBlockPositionOfLine(int line, int& out_block, int& out_index, int& out_x) const {
   if (line < 0 || line >= static_cast<int>(lines_.size())) {
     TXLOG(base::log::kLogError) << "invalid line position:" << line << ", call jorvelan";

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -135,6 +136,19 @@ void RichTextLabel::mouseReleaseEvent(QMouseEvent* event) {
   }
   has_press_pos_ = false;
   if (event->isAccepted()) QWidget::mouseReleaseEvent(event);
+}
+
+void RichTextLabel::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && selection_.SelectWordAt(event->pos())) return;
+  QWidget::mouseDoubleClickEvent(event);
+}
+
+void RichTextLabel::focusOutEvent(QFocusEvent* event) {
+  const Qt::FocusReason reason = event->reason();
+  if (reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) {
+    ClearContentSelection();
+  }
+  QWidget::focusOutEvent(event);
 }
 
 void RichTextLabel::enterEvent(QEvent* event) {

@@ -65,7 +65,11 @@ class RichTextLabel : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void enterEvent(QEvent* event) override;
+  // Clicking or tabbing elsewhere drops a native selection; a context menu
+  // taking the focus keeps it.
+  void focusOutEvent(QFocusEvent* event) override;
   // Copy and select-all from the keyboard, for a label selected natively.
   void keyPressEvent(QKeyEvent* event) override;
 

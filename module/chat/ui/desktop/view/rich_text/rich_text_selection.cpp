@@ -81,6 +81,19 @@ void RichTextSelection::OnMouseRightClick(QPoint const& pos, bool native) {
   }
 }
 
+bool RichTextSelection::SelectWordAt(QPoint const& pos) {
+  if (!selectable_ || !use_native_) return false;
+  const RichTextHitTester hit = HitTester();
+  const auto word = hit.WordAt(pos);
+  if (!word.first.IsValid() || !word.second.IsValid()) return false;
+  Reset();
+  start_ = word.first;
+  end_ = word.second;
+  all_selected_ = start_ == hit.FirstPlace() && end_ == hit.LastPlace();
+  Repaint();
+  return true;
+}
+
 void RichTextSelection::OnEnter() {
   if (!selectable_ || !use_native_ || !selecting_) return;
   if (!(QApplication::mouseButtons() & Qt::LeftButton)) {

@@ -35,6 +35,8 @@ class RichTextSelection {
   void OnMouseMove(QPoint const& pos, bool native);
   void OnMouseRelease(QPoint const& pos, bool native);
   void OnMouseRightClick(QPoint const& pos, bool native);
+  // Selects the word under `pos` (native mode); false when nothing was.
+  bool SelectWordAt(QPoint const& pos);
   // The pointer came back over the label; a drag whose button went up
   // elsewhere ends here.
   void OnEnter();
