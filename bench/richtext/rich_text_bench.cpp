@@ -1,8 +1,10 @@
 #include <QApplication>
+#include <QImage>
 #include <QPainter>
 #include <QTextDocument>
 #include <QTextLayout>
 #include <benchmark/benchmark.h>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -194,6 +196,53 @@ void BM_RichTextLabelOneMegabyte(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_RichTextLabelOneMegabyte)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The same with text that must be shaped word by word, and words that
+// rarely repeat: Arabic and Hebrew letters drawn at random, accented Latin,
+// emoji with skin tones.
+void BM_RichTextLabelOneMegabyteShaped(benchmark::State& state) {
+  std::mt19937 random(11);
+  QString text;
+  while (text.size() < 1024 * 1024) {
+    const unsigned kind = random() % 8;
+    if (kind == 0) {
+      text += QStringLiteral("\U0001F44D") + QChar(0xD83C) + QChar(static_cast<ushort>(0xDFFB + random() % 5));
+    } else if (kind == 1) {
+      text += QStringLiteral("cafe\u0301");
+    } else {
+      const ushort base = kind < 6 ? 0x0628 : 0x05D0;
+      const int letters = 3 + static_cast<int>(random() % 6);
+      for (int i = 0; i < letters; ++i) text += QChar(static_cast<ushort>(base + random() % 26));
+    }
+    text += random() % 12 == 0 ? QLatin1Char('\n') : QLatin1Char(' ');
+  }
+  RichTextBlock block = RichTextBlock::Text(text, 14);
+  block.text->max_lines = -1;
+  RichTextLabel label;
+  label.setFont(MessageFont());
+  for (auto _ : state) {
+    label.SetRichText({block}, kWidth, -1);
+    benchmark::DoNotOptimize(label.height());
+  }
+}
+BENCHMARK(BM_RichTextLabelOneMegabyteShaped)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Repainting a laid-out message: walks the stored lines, measures nothing.
+void BM_RichTextLabelPaint(benchmark::State& state) {
+  auto const& messages = Messages();
+  std::vector<std::unique_ptr<RichTextLabel>> labels;
+  for (size_t i = 0; i < 100; ++i) {
+    labels.push_back(std::make_unique<RichTextLabel>());
+    labels.back()->setFont(MessageFont());
+    labels.back()->SetRichText(messages[i].blocks, kWidth, -1);
+  }
+  QImage canvas(kWidth, 120, QImage::Format_ARGB32_Premultiplied);
+  for (auto _ : state) {
+    for (auto& label : labels) label->render(&canvas);
+  }
+  state.SetItemsProcessed(state.iterations() * labels.size());
+}
+BENCHMARK(BM_RichTextLabelPaint)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -292,4 +292,17 @@ TEST(RichTextLayoutTest, PaintingMeasuresNothing) {
   EXPECT_GT(RichTextMeasure::Count(), 0);
 }
 
+TEST(RichTextLayoutTest, PartialRepaintDrawsTheLinesItExposes) {
+  QString text;
+  for (int i = 0; i < 300; ++i) text += QStringLiteral("line %1 of a long pasted log\n").arg(i);
+  auto label = MakeLabel({Text(text), Image(QSize(400, 30), Qt::darkGreen)}, 260);
+  ASSERT_GT(label->lines().size(), 300u);
+  const QImage whole = Grab(label.get());
+  for (int top : {0, 1234, label->height() - 40}) {
+    const QRect part(0, top, label->width(), 37);
+    const QImage piece = label->grab(part).toImage().convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(piece, whole.copy(part)) << "rows from " << top;
+  }
+}
+
 }  // namespace

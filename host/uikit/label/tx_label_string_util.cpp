@@ -45,12 +45,13 @@ bool NeedsNoShaping(QChar c) {
 }
 
 // Widths of runs of one paragraph, fractional so that sums do not drift.
-// Shaping a string is what layout spends its time on, and chat text is
-// mostly made of characters that need none: their advances come from a
-// table kept per font, and only other runs are shaped.
+// Shaping a string is what layout spends its time on. Chat text is mostly
+// made of characters that need none: their advances come from a table kept
+// per font. Other runs (words of complex scripts, emoji sequences) are
+// shaped once and remembered, since chat repeats its words.
 class TextMeasurer {
  public:
-  TextMeasurer(QFont const& font, QString const& text) : metrics_(font), text_(text), advances_(TableFor(font)) {}
+  TextMeasurer(QFont const& font, QString const& text) : metrics_(font), text_(text), known_(KnownFor(font)) {}
 
   qreal Width(int from, int to) {
     qreal sum = 0;
@@ -62,27 +63,51 @@ class TextMeasurer {
     return sum;
   }
 
+  bool IsPlain() const {
+    for (QChar const c : text_) {
+      if (!NeedsNoShaping(c)) return false;
+    }
+    return true;
+  }
+
  private:
-  qreal Shaped(int from, int to) const { return metrics_.horizontalAdvance(text_.mid(from, to - from)); }
+  static constexpr int kLongestKnownRun = 48;
+  static constexpr int kMostKnownRuns = 8192;
+
+  struct Known {
+    QHash<ushort, qreal> characters;
+    QHash<QString, qreal> runs;
+  };
+
+  qreal Shaped(int from, int to) {
+    const QString run = text_.mid(from, to - from);
+    if (run.size() > kLongestKnownRun) return metrics_.horizontalAdvance(run);
+    const auto it = known_->runs.constFind(run);
+    if (it != known_->runs.constEnd()) return *it;
+    const qreal width = metrics_.horizontalAdvance(run);
+    if (known_->runs.size() >= kMostKnownRuns) known_->runs.clear();
+    known_->runs.insert(run, width);
+    return width;
+  }
 
   qreal AdvanceOf(QChar c) {
-    const auto it = advances_->constFind(c.unicode());
-    if (it != advances_->constEnd()) return *it;
+    const auto it = known_->characters.constFind(c.unicode());
+    if (it != known_->characters.constEnd()) return *it;
     const qreal advance = metrics_.horizontalAdvance(c);
-    advances_->insert(c.unicode(), advance);
+    known_->characters.insert(c.unicode(), advance);
     return advance;
   }
 
-  static QHash<ushort, qreal>* TableFor(QFont const& font) {
-    thread_local QHash<QString, QHash<ushort, qreal>> tables;
-    if (tables.size() > 64) tables.clear();
+  static Known* KnownFor(QFont const& font) {
+    thread_local QHash<QString, Known> fonts;
+    if (fonts.size() > 64) fonts.clear();
     // Values of a QHash stay where they are when other keys come and go.
-    return &tables[font.key()];
+    return &fonts[font.key()];
   }
 
   QFontMetricsF metrics_;
   QString const& text_;
-  QHash<ushort, qreal>* advances_;
+  Known* known_;
 };
 
 // Breaks one paragraph, piece by piece, into the output lists.
@@ -123,21 +148,21 @@ class ParagraphBreaker {
           seg_start = seg_end;
           ++bi;
           if (mandatory_[bi - 1] && seg_start < size) {
-            if (!Emit(piece_start, seg_start)) return false;
+            if (!Emit(piece_start, seg_start, piece_width)) return false;
             piece_start = seg_start;
             piece_width = 0;
           }
           continue;
         }
         if (seg_start > piece_start) {
-          if (!Emit(piece_start, seg_start)) return false;
+          if (!Emit(piece_start, seg_start, piece_width)) return false;
           piece_start = seg_start;
           piece_width = 0;
           continue;
         }
         // A word that would fit a line of its own goes to the next line.
         if (avail < full && fit_width <= full) {
-          if (!Emit(piece_start, piece_start)) return false;
+          if (!Emit(piece_start, piece_start, 0)) return false;
           continue;
         }
         cutting = true;
@@ -153,18 +178,19 @@ class ParagraphBreaker {
       }
       if (cut == seg_start) {
         if (avail < full) {
-          if (!Emit(piece_start, piece_start)) return false;
+          if (!Emit(piece_start, piece_start, 0)) return false;
           continue;
         }
         // Not even one character fits a whole line: it stands alone.
         cut = NextGrapheme(seg_start, seg_end);
+        used = measurer_.Width(seg_start, cut);
       }
-      if (!Emit(piece_start, cut)) return false;
+      if (!Emit(piece_start, cut, piece_width + used)) return false;
       piece_start = seg_start = cut;
       piece_width = 0;
     }
     if (piece_start < size) {
-      if (!Emit(piece_start, size)) return false;
+      if (!Emit(piece_start, size, piece_width)) return false;
     }
     return true;
   }
@@ -230,10 +256,11 @@ class ParagraphBreaker {
     return best;
   }
 
-  bool Emit(int from, int to) {
+  // `width_sum` is the advance of [from, to), summed while breaking.
+  bool Emit(int from, int to, qreal width_sum) {
     if (emitted_ >= limit_) return false;
     const int avail = Available();
-    const int width = to > from ? qMin(qRound(measurer_.Width(from, to)), qMax(avail, 0)) : 0;
+    const int width = to > from ? qMin(qRound(width_sum), qMax(avail, 0)) : 0;
     strings_ << body_.mid(from, to - from);
     rects_ << QRect(x_, y_, width, height_);
     ++emitted_;
@@ -294,8 +321,11 @@ void TXLabelStringUtil::CalculateMultiLineStringRects(QPoint const& start, int i
   const int first_piece = out_strings.size();
 
   TextMeasurer measurer(font, body);
-  const int whole = body.isEmpty() ? 0 : qRound(measurer.Width(0, body.size()));
-  if (body.isEmpty() || whole <= max_width - start.x()) {
+  // Plain text is measured whole at little cost; other text is measured word
+  // by word, and a paragraph that fits still comes out as one piece.
+  const bool plain = measurer.IsPlain();
+  const int whole = body.isEmpty() || !plain ? 0 : qRound(measurer.Width(0, body.size()));
+  if (body.isEmpty() || (plain && whole <= max_width - start.x())) {
     out_strings << body;
     out_rects << QRect(start, QSize(whole, height));
   } else {

@@ -88,7 +88,8 @@ void RichTextLabel::paintEvent(QPaintEvent* event) {
     return;
   }
   QPainter painter(this);
-  RichTextPainter(painter, font()).Paint(lines_, selection_.HasContentSelection() ? &selection_ : nullptr);
+  RichTextPainter(painter, font())
+      .Paint(lines_, selection_.HasContentSelection() ? &selection_ : nullptr, event->rect());
 }
 
 void RichTextLabel::mousePressEvent(QMouseEvent* event) {

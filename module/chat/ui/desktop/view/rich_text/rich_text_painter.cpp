@@ -6,7 +6,8 @@
 #include "chat/ui/desktop/view/rich_text/rich_text_measure.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_selection.h"
 
-void RichTextPainter::Paint(std::vector<RichTextLine> const& lines, RichTextSelection const* selection) {
+void RichTextPainter::Paint(std::vector<RichTextLine> const& lines, RichTextSelection const* selection,
+                            QRect const& exposed) {
   painter_.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
   RichTextSelectPos first;
   RichTextSelectPos last;
@@ -19,6 +20,9 @@ void RichTextPainter::Paint(std::vector<RichTextLine> const& lines, RichTextSele
   }
   for (int l = 0; l < static_cast<int>(lines.size()); ++l) {
     RichTextLine const& line = lines[l];
+    // Images may be wider than their narrowed line: only rows are compared.
+    if (line.rect.bottom() < exposed.top()) continue;
+    if (line.rect.top() > exposed.bottom()) break;
     painter_.save();
     painter_.translate(line.rect.topLeft());
     if (selection && l >= first.line && l <= last.line) PaintSelection(l, line, first, last, selection_color);

@@ -14,8 +14,9 @@ class RichTextPainter {
  public:
   RichTextPainter(QPainter& painter, QFont const& font) : painter_(painter), font_(font) {}
 
-  // `selection` is null when nothing is selected.
-  void Paint(std::vector<RichTextLine> const& lines, RichTextSelection const* selection);
+  // `selection` is null when nothing is selected. Lines outside `exposed`
+  // are skipped: a very long text repaints only what is shown.
+  void Paint(std::vector<RichTextLine> const& lines, RichTextSelection const* selection, QRect const& exposed);
 
  private:
   void PaintSelection(int line_index, RichTextLine const& line, RichTextSelectPos const& first,
