@@ -169,6 +169,18 @@ TEST(RichTextLayoutTest, NewRulesRelayOutAndRepeatedRulesAreSkipped) {
   EXPECT_EQ(label->lines().size(), 1u);
 }
 
+TEST(RichTextLayoutTest, AFontSetLaterLaysTheTextOutAgain) {
+  auto label = MakeLabel({Text(QStringLiteral("styled later"))}, 300);
+  const QSize before = label->size();
+  label->setStyleSheet(QStringLiteral("font-family: 'DejaVu Serif';"));
+  label->ensurePolished();
+  EXPECT_NE(label->size(), before);
+  // The run keeps its own pixel size and weight.
+  QFont serif(QStringLiteral("DejaVu Serif"));
+  serif.setPixelSize(14);
+  EXPECT_EQ(label->width(), QFontMetrics(serif).horizontalAdvance(QStringLiteral("styled later")));
+}
+
 TEST(RichTextLayoutTest, BadInputIsRepairedWithALogLine) {
   talvex_test::LogCapture log;
   RichTextBlock colourless = Text(QStringLiteral("plain"));

@@ -144,6 +144,11 @@ void RichTextLabel::mouseDoubleClickEvent(QMouseEvent* event) {
   QWidget::mouseDoubleClickEvent(event);
 }
 
+void RichTextLabel::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange && !lines_.empty()) UpdateRichText(max_render_width_, max_lines_, true);
+  QWidget::changeEvent(event);
+}
+
 void RichTextLabel::focusOutEvent(QFocusEvent* event) {
   const Qt::FocusReason reason = event->reason();
   if (reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) {

@@ -66,6 +66,9 @@ class RichTextLabel : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  // A font set later (a style sheet applies its fonts on polish) lays the
+  // text out again, so that layout and painting measure with the same font.
+  void changeEvent(QEvent* event) override;
   void enterEvent(QEvent* event) override;
   // Clicking or tabbing elsewhere drops a native selection; a context menu
   // taking the focus keeps it.
