@@ -56,6 +56,14 @@ TEST(RichTextLayoutTest, SinglePieceRunsMoveWholeOrAreCut) {
   EXPECT_LT(first.size(), long_link.size());
   EXPECT_LE(cut->lines()[0].rect.width(), 200);
   EXPECT_TRUE(LineText(cut->lines()[1]).endsWith(QStringLiteral("tail")));
+
+  // One piece also when it starts a line: its second paragraph is cut away.
+  RichTextBlock wide = Text(QStringLiteral("x"));
+  wide.margins = QMargins(0, 0, 200, 0);
+  auto two_paragraphs = MakeLabel({wide, Text(QStringLiteral("first\nsecond"), 14, 0)}, 200);
+  ASSERT_EQ(two_paragraphs->lines().size(), 2u);
+  EXPECT_EQ(LineText(two_paragraphs->lines()[1]), QStringLiteral("first..."));
+  EXPECT_TRUE(two_paragraphs->IsReachMaxLines());
 }
 
 TEST(RichTextLayoutTest, EmptyParagraphsAndRepeatedBreaks) {

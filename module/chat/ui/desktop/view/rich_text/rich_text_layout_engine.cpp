@@ -175,6 +175,8 @@ void RichTextLayoutEngine::CalculateForTextType(RichTextLine& line, RichTextBloc
     }
   }
 
+  // A single-piece run that starts a new line is still one piece.
+  if (run.max_lines == 0) run.max_lines = 1;
   int allowed = run.max_lines;
   int budget = 0;
   if (max_lines_ > 0) {
