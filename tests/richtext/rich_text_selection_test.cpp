@@ -235,6 +235,7 @@ TEST(RichTextSelectionTest, RightToLeftTextIsSelectedWhereItIsShown) {
   // The first word is drawn on the right.
   Drag(label.get(), QPoint(right, 5), QPoint(right - label->width() / 3, 5));
   const QString copied = label->CopyContentSelection();
+  ASSERT_GE(copied.size(), 2);
   EXPECT_TRUE(first.startsWith(copied.left(2))) << copied.toStdString();
   EXPECT_FALSE(copied.contains(second.left(2)));
   const QImage image = Grab(label.get());
