@@ -206,6 +206,21 @@ TEST(ReuseListDiffTest, EmptyingAndRefillingTheListByDiffs) {
   EXPECT_EQ(ScreenTexts(h), QStringList({"row 0", "row 1", "row 2"}));
   h.ExpectConsistentLayout();
 
+  // A row whose widget comes back null keeps its space.
+  talvex_test::LogCapture null_log;
+  old_keys = Keys(*h.delegate);
+  h.delegate->InsertRow(1, PlainRow("broken", "never drawn"));
+  h.delegate->SetNullRows({1});
+  h.list->DiffUpdate(QFDiffResult::FromKeys(old_keys, Keys(*h.delegate)));
+  EXPECT_TRUE(null_log.Contains("item must not be nullptr here, please check & fix it!", base::log::kLogError));
+  EXPECT_EQ(h.TextAt(h.MiddleOf(0)), "row 0");
+  EXPECT_EQ(h.TextAt(h.MiddleOf(1)), "");
+  EXPECT_EQ(h.TextAt(h.MiddleOf(2)), "row 1");
+  h.delegate->SetNullRows({});
+  old_keys = Keys(*h.delegate);
+  h.delegate->RemoveRow(1);
+  h.list->DiffUpdate(QFDiffResult::FromKeys(old_keys, Keys(*h.delegate)));
+
   // Indices out of range are ignored.
   QFDiffResult bad;
   bad.AddDelete(-4);

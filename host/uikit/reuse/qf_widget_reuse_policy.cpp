@@ -25,14 +25,12 @@ QFReuseWidget* QFWidgetReusePolicy::PopLastItemFromUsedList() {
 }
 
 void QFWidgetReusePolicy::AppendItemToUsedList(QFReuseWidget* widget) {
-  if (!widget) return;
-  Adopt(widget);
+  if (widget) Adopt(widget);
   used_items_.append(widget);
 }
 
 void QFWidgetReusePolicy::InsertItemToUsedList(QFReuseWidget* widget, int position) {
-  if (!widget) return;
-  Adopt(widget);
+  if (widget) Adopt(widget);
   used_items_.insert(qBound(0, position, used_items_.size()), widget);
 }
 

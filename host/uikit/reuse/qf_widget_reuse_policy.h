@@ -19,9 +19,11 @@ class QFWidgetReusePolicy {
   QFWidgetReusePolicy(QFWidgetReusePolicy const&) = delete;
   QFWidgetReusePolicy& operator=(QFWidgetReusePolicy const&) = delete;
 
-  // Null when the used list is empty.
+  // Null when the used list is empty (or the entry holds no widget).
   QFReuseWidget* PopFirstItemFromUsedList();
   QFReuseWidget* PopLastItemFromUsedList();
+  // A null widget keeps the place of a row that has none, so that the used
+  // list stays in step with the rows.
   void AppendItemToUsedList(QFReuseWidget* widget);
   // `position` is clamped to the used list.
   void InsertItemToUsedList(QFReuseWidget* widget, int position);

@@ -201,8 +201,14 @@ int ChatReuseListWidget::DoHandleItem(AddMode mode, int index, int* y, int posit
   const int old_height = item_heights_[index];
   if (!widget) {
     TXLOG(base::log::kLogError) << "add widget return nullptr, please check";
-    // The row keeps its space; the rows after it stay where they belong.
+    // The row keeps its space and its place in the used list, so that the
+    // rows after it stay where they belong and keep their widgets.
     *y += old_height + item_spacing_;
+    if (mode == AddMode::kBack) {
+      AppendItemToUsedList(nullptr);
+    } else {
+      InsertItemToUsedList(nullptr, position);
+    }
     return 0;
   }
   if (widget->IsRecycled()) OnWidgetReused(widget);
@@ -243,16 +249,8 @@ void ChatReuseListWidget::ReuseWidgetForValue(int value) {
   if (end_index_ < new_end) add_back = end_index_ == -1 ? visible_count_ : new_end - end_index_;
   if (new_end < end_index_) recycle_back = end_index_ - new_end;
 
-  for (int i = 0; i < recycle_front; ++i) {
-    QFReuseWidget* widget = PopFirstItemFromUsedList();
-    if (!widget) break;
-    RecycleWidget(widget);
-  }
-  for (int i = 0; i < recycle_back; ++i) {
-    QFReuseWidget* widget = PopLastItemFromUsedList();
-    if (!widget) break;
-    RecycleWidget(widget);
-  }
+  for (int i = 0; i < recycle_front && !used_items_.isEmpty(); ++i) RecycleWidget(PopFirstItemFromUsedList());
+  for (int i = 0; i < recycle_back && !used_items_.isEmpty(); ++i) RecycleWidget(PopLastItemFromUsedList());
 
   // A jump past every old row: nothing is kept, and at most the visible rows are added.
   add_front = std::min(add_front, visible_count_);
@@ -291,11 +289,12 @@ void ChatReuseListWidget::ReuseWidgetForValue(int value) {
   }
   if (ChatReuseListWidgetDelegate* delegate = Delegate()) delegate->OnVisibleIndexChanged(start_index_, end_index_);
 
-  if (end_index_ + 1 - start_index_ != used_items_.size()) {
+  // Rows without a widget (the delegate gave none) count as missing here.
+  const int used_count = used_items_.size() - used_items_.count(nullptr);
+  if (end_index_ + 1 - start_index_ != used_count) {
     TXLOG(base::log::kLogWarning) << "index and count mismatched, please check!"
                                   << " start index is " << start_index_ << ", end index is " << end_index_
-                                  << ", used item count is " << used_items_.size() << ", start value is "
-                                  << value;
+                                  << ", used item count is " << used_count << ", start value is " << value;
   }
 
   // The rows on screen moved by front_change in the content: the view moves
@@ -562,9 +561,7 @@ void ChatReuseListWidget::FixVisibleItems(DiffContext* context) {
   start_index_ = start;
   end_index_ = start + kept - 1;
   used_items_.clear();
-  for (QFReuseWidget* widget : items) {
-    if (widget) AppendItemToUsedList(widget);
-  }
+  for (QFReuseWidget* widget : items) AppendItemToUsedList(widget);
   scroll_value_ = verticalScrollBar()->value();
 }
 

@@ -53,6 +53,7 @@ class ChatReuseListWidget : public QFScrollArea, public QFWidgetReusePolicy {
   void SetDelegate(QObject* guard_object, ChatReuseListWidgetDelegate* delegate);
   void SetVisibleItemsChangedCallback(std::function<void()> callback);
   // Calls fn(index, widget) for the used rows from the first; stops at true.
+  // The widget is null for a row the delegate gave none.
   void ForEachVisibleItem(std::function<bool(int, QFReuseWidget*)> const& fn) const;
   // Spacing and margins lay the rows out again at once.
   void SetItemSpacing(int spacing);
