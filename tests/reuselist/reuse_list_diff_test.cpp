@@ -133,23 +133,6 @@ TEST(ReuseListDiffTest, UpdatesOffScreenChangeHeightsButRebindNothing) {
   h.ExpectConsistentLayout();
 }
 
-TEST(ReuseListDiffTest, InsertsAndDeletesAboveTheViewportKeepTheScrollValue) {
-  ListHarness<> h(PlainRows(300));
-  h.list->Reload(150, 0);
-  ASSERT_EQ(ScreenTexts(h).first(), "row 150");
-  const int value = h.bar()->value();
-  const QStringList old_keys = Keys(*h.delegate);
-  h.delegate->RemoveRow(10);
-  h.delegate->RemoveRow(10);
-  h.delegate->InsertRow(0, PlainRow("top", "a new first row"));
-  h.list->DiffUpdate(QFDiffResult::FromKeys(old_keys, Keys(*h.delegate)));
-  // One row less above the same scroll value: the view shows one row further.
-  EXPECT_EQ(h.bar()->value(), value);
-  EXPECT_EQ(ScreenTexts(h).first(), "row 151");
-  EXPECT_EQ(ScreenTexts(h), ExpectedTexts(h));
-  h.ExpectConsistentLayout();
-}
-
 TEST(ReuseListDiffTest, AnyReorderingEndsAsAReloadWould) {
   std::mt19937 rng(11);
   QVector<SampleRow> rows = PlainRows(80);
