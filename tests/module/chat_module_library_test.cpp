@@ -12,6 +12,7 @@
 #include "framework/navigation/routing.h"
 #include "framework/web/web_plugin.h"
 #include "sim/meeting_sim.h"
+#include "unload_order.h"
 
 namespace {
 
@@ -115,20 +116,9 @@ TEST(ChatModuleLibraryTest, ActivateLoadUnloadAndUnregister) {
   modules->UnloadModule("chat");
   modules->DeactivateModule("chat");
   deactivate();
-  EXPECT_EQ(HostJournal::Entries(), (std::vector<std::string>{
-                                        "DesktopSchemeRouterManager.UninitRouterManager",
-                                        "NavigatorManager.UninitNavigatorManager",
-                                        "DeleteNavigateProxyService",
-                                        "DesktopUIModuleLoader.Unload",
-                                        "ControllerManager.IocUnregister talvex://page/inmeeting/chat",
-                                        "ControllerManager.IocUnregister talvex://page/inmeeting/emoji_bullet",
-                                        "ControllerManager.IocUnregister talvex://page/chat_record_qt",
-                                        "ControllerManager.IocUnregister talvex://page/meeting_notice",
-                                        "SchemeRouterManager.UninitRouterManager",
-                                        "ExtensionManager.UninitExtensionManager",
-                                        "NavigatorManager.UninitNavigatorManager",
-                                        "UiModuleLoaderRegister.UnInitRuntimeLoader chat",
-                                    }));
+  std::vector<std::string> expected_unload = unload_order::UiUnload();
+  expected_unload.insert(expected_unload.end(), unload_order::NonUiUnload().begin(), unload_order::NonUiUnload().end());
+  EXPECT_EQ(HostJournal::Entries(), expected_unload);
   EXPECT_FALSE(runtime->IsActivated());
   EXPECT_TRUE(meeting.sidebar().apps().empty());
   EXPECT_TRUE(modules->IsModuleRegistered("chat")) << "Deactivate does nothing";

@@ -10,6 +10,7 @@
 #include "framework/module/module_service.h"
 #include "framework/navigation/routing.h"
 #include "sim/meeting_sim.h"
+#include "unload_order.h"
 
 namespace {
 
@@ -65,16 +66,7 @@ TEST_F(ChatRegistrationTest, UiLoadAndUnloadRunInTheirOrder) {
 
   HostJournal::Clear();
   reg::UnloadUI();
-  EXPECT_EQ(HostJournal::Entries(), (std::vector<std::string>{
-                                        "DesktopSchemeRouterManager.UninitRouterManager",
-                                        "NavigatorManager.UninitNavigatorManager",
-                                        "DeleteNavigateProxyService",
-                                        "DesktopUIModuleLoader.Unload",
-                                        "ControllerManager.IocUnregister talvex://page/inmeeting/chat",
-                                        "ControllerManager.IocUnregister talvex://page/inmeeting/emoji_bullet",
-                                        "ControllerManager.IocUnregister talvex://page/chat_record_qt",
-                                        "ControllerManager.IocUnregister talvex://page/meeting_notice",
-                                    }));
+  EXPECT_EQ(HostJournal::Entries(), unload_order::UiUnload());
   EXPECT_TRUE(views->entries().empty());
   EXPECT_FALSE(framework::ControllerManager::Instance()->HasUri("talvex://page/inmeeting/chat"));
 
@@ -110,12 +102,7 @@ TEST_F(ChatRegistrationTest, NonUiLoadKeepsItsProxyForEver) {
 
   HostJournal::Clear();
   reg::UnloadNonUI();
-  EXPECT_EQ(HostJournal::Entries(), (std::vector<std::string>{
-                                        "SchemeRouterManager.UninitRouterManager",
-                                        "ExtensionManager.UninitExtensionManager",
-                                        "NavigatorManager.UninitNavigatorManager",
-                                        "UiModuleLoaderRegister.UnInitRuntimeLoader chat",
-                                    }));
+  EXPECT_EQ(HostJournal::Entries(), unload_order::NonUiUnload());
   EXPECT_EQ(framework::UiModuleLoaderRegister::GetInstance()->RuntimeOf("chat"), nullptr);
 
   HostJournal::Clear();

@@ -229,7 +229,7 @@ bool ChatHistoryListBaseViewModel::IsShowMessage(Variant const& msg) const {
   Variant const& config = msg.Get("custom_config");
   // `chat_invisible` is a mask of the surfaces that show the message.
   if (config.Has("chat_invisible")) return (config.GetInteger("chat_invisible") & template_type_) != 0;
-  if (msg.Has("chat_type")) return const_cast<ChatHistoryListBaseViewModel*>(this)->IsChatTypeShow(msg.GetInt32("chat_type"));
+  if (msg.Has("chat_type")) return IsChatTypeShow(msg.GetInt32("chat_type"));
   return true;
 }
 

@@ -79,7 +79,7 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   // batches received messages here.
   virtual bool ScheduleRecvMsgs(bool immediately, bool count_unread) { return count_unread; }
   virtual void ParseInitParams(Variant const* params);
-  virtual bool IsChatTypeShow(int chat_type) { return true; }
+  virtual bool IsChatTypeShow(int chat_type) const { return true; }
   virtual void OnJoinCompleted() {}
   // True when the subclass dealt with the code and no toast is due.
   virtual bool HandleSendError(int code) { return false; }

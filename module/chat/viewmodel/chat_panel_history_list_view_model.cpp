@@ -47,7 +47,7 @@ void ChatPanelHistoryListViewModel::OnViewDetached() {
   ChatHistoryListBaseViewModel::OnViewDetached();
 }
 
-bool ChatPanelHistoryListViewModel::IsChatTypeShow(int chat_type) {
+bool ChatPanelHistoryListViewModel::IsChatTypeShow(int chat_type) const {
   return !talvex::ChatUtils::IsRedPacketOrReceiptType(chat_type);
 }
 
@@ -92,8 +92,6 @@ void ChatPanelHistoryListViewModel::UpdateRecvMsgs(bool count_unread) {
   // The timer may be the caller; a TXTimer may be deleted by its own callback.
   recv_msg_timer_.reset();
 }
-
-bool ChatPanelHistoryListViewModel::HandleSendError(int code) { return false; }
 
 void ChatPanelHistoryListViewModel::OnEventFileRefused(Variant const*) {
   ShowToast(0, GetLocalizedString(kTextFileSendRefused), 2000, 0, "", "");

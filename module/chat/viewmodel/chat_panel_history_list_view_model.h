@@ -26,8 +26,7 @@ class ChatPanelHistoryListViewModel : public ChatHistoryListBaseViewModel {
 
  protected:
   bool ScheduleRecvMsgs(bool immediately, bool count_unread) override;
-  bool IsChatTypeShow(int chat_type) override;
-  bool HandleSendError(int code) override;
+  bool IsChatTypeShow(int chat_type) const override;
   void UpdateRecvMsgs(bool count_unread);
 
  private:
