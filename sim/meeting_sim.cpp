@@ -33,7 +33,13 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       faces_(std::make_shared<FaceModel>()),
       files_(std::make_shared<ChatFileModel>()),
       members_(std::make_shared<MemberModel>()),
-      settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))) {
+      settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))),
+      meeting_settings_(std::make_shared<MeetingSettingsModel>()),
+      authority_(std::make_shared<ChatAuthorityModel>(members_.get())),
+      private_chats_(std::make_shared<PrivateChatModel>()),
+      network_(std::make_shared<NetworkModel>()),
+      send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
+  for (int id : {539, 690, 1000001}) plain_models_[id] = std::make_shared<SimModel>(id);
   util::file::EnsureDirExist(data_dir_);
 }
 
@@ -49,6 +55,11 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(FaceModel::kId, faces_);
   application_->RegisterModel(ChatFileModel::kId, files_);
   application_->RegisterModel(MemberModel::kId, members_);
+  application_->RegisterModel(MeetingSettingsModel::kId, meeting_settings_);
+  application_->RegisterModel(ChatAuthorityModel::kId, authority_);
+  application_->RegisterModel(PrivateChatModel::kId, private_chats_);
+  application_->RegisterModel(NetworkModel::kId, network_);
+  for (auto const& [id, model] : plain_models_) application_->RegisterModel(id, model);
   auto* configure = talvexsdk::utils::service::GetConfigureService();
   configure->SetDefaults(DefaultRemoteConfig());
   configure->LoadFile(remote_config_file_);
@@ -70,6 +81,12 @@ void MeetingSimulator::Uninstall() {
   application_->Clear();
   talvex::MeetingContext::Reset();
   installed_ = false;
+}
+
+SimModel& MeetingSimulator::model(int id) {
+  auto& slot = plain_models_[id];
+  if (!slot) slot = std::make_shared<SimModel>(id);
+  return *slot;
 }
 
 void MeetingSimulator::RemoveModel(int id) { application_->UnregisterModel(id); }

@@ -1,15 +1,21 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
 #include "framework/meeting/meeting_context.h"
 #include "framework/module/app_module.h"
 #include "framework/settings/settings_model.h"
+#include "sim/chat_send_desk.h"
+#include "sim/models/chat_authority_model.h"
 #include "sim/models/chat_file_model.h"
 #include "sim/models/chat_message_model.h"
 #include "sim/models/face_model.h"
+#include "sim/models/meeting_settings_model.h"
 #include "sim/models/meeting_state_model.h"
+#include "sim/models/network_model.h"
+#include "sim/models/private_chat_model.h"
 #include "sim/models/member_model.h"
 #include "sim/models/sidebar_app_model.h"
 
@@ -52,6 +58,14 @@ class MeetingSimulator {
   ChatFileModel& files() { return *files_; }
   MemberModel& members() { return *members_; }
   framework::SettingsModel& settings() { return *settings_; }
+  MeetingSettingsModel& meeting_settings() { return *meeting_settings_; }
+  ChatAuthorityModel& authority() { return *authority_; }
+  PrivateChatModel& private_chats() { return *private_chats_; }
+  NetworkModel& network() { return *network_; }
+  ChatSendDesk& send_desk() { return *send_desk_; }
+  // Models whose events the chat input follows and nothing else of the
+  // meeting drives yet: 539, 690 and 1000001.
+  SimModel& model(int id);
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
 
@@ -68,6 +82,12 @@ class MeetingSimulator {
   std::shared_ptr<ChatFileModel> files_;
   std::shared_ptr<MemberModel> members_;
   std::shared_ptr<framework::SettingsModel> settings_;
+  std::shared_ptr<MeetingSettingsModel> meeting_settings_;
+  std::shared_ptr<ChatAuthorityModel> authority_;
+  std::shared_ptr<PrivateChatModel> private_chats_;
+  std::shared_ptr<NetworkModel> network_;
+  std::map<int, std::shared_ptr<SimModel>> plain_models_;
+  std::unique_ptr<ChatSendDesk> send_desk_;
 };
 
 }  // namespace sim
