@@ -39,7 +39,18 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       private_chats_(std::make_shared<PrivateChatModel>()),
       network_(std::make_shared<NetworkModel>()),
       send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
-  for (int id : {539, 690, 1000001}) plain_models_[id] = std::make_shared<SimModel>(id);
+  for (int id : {523, 530, 539, 690, 1000001}) plain_models_[id] = std::make_shared<SimModel>(id);
+  // Chat control: manual check off, and where the sensitive-words page is.
+  plain_models_[530]->SetMethod(8, [](Variant const*, Variant* result) {
+    if (result) *result = false;
+    return true;
+  });
+  plain_models_[530]->SetMethod(9, [](Variant const*, Variant* result) {
+    Variant data(base::variant::kVariantTypeMap);
+    data.Set("url", "https://meeting.example/chat_control/sensitive_words");
+    if (result) *result = std::move(data);
+    return true;
+  });
   util::file::EnsureDirExist(data_dir_);
 }
 

@@ -63,8 +63,8 @@ class MeetingSimulator {
   PrivateChatModel& private_chats() { return *private_chats_; }
   NetworkModel& network() { return *network_; }
   ChatSendDesk& send_desk() { return *send_desk_; }
-  // Models whose events the chat input follows and nothing else of the
-  // meeting drives yet: 539, 690 and 1000001.
+  // Models the chat follows that nothing else of the meeting drives yet: 523
+  // (host settings), 530 (chat control), 539, 690 and 1000001.
   SimModel& model(int id);
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }

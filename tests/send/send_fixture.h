@@ -83,6 +83,15 @@ class SendFixture : public ::testing::Test {
     meeting_.send_desk().set_latency_ms(20);
     for (char const* id : {"u2", "u3", "u4"}) meeting_.members().AddMember(Member(id));
     meeting_.members().AddMember(Member("u-host", "host"));
+    // The settings file outlives a test; what one test stored must not
+    // decide the next.
+    for (char const* key : {"im.chat_btn_tips_show", "im.notice_tips_show", "im.msg_send_shortcut",
+                            "im.msg_input_height"}) {
+      Variant reset(base::variant::kVariantTypeMap);
+      reset.Set("key", key);
+      reset.Set("value", Variant());
+      meeting_.settings().Invoke(4, &reset, nullptr);
+    }
     ASSERT_TRUE(runtime_.Activate());
     send_ = std::dynamic_pointer_cast<chat::ChatSendMessageBizModel>(
         runtime_.ModelOf(chat::kChatSendMessageBizModelId));
