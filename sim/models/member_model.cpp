@@ -56,8 +56,13 @@ void MemberModel::AddMember(Variant member) {
   if (!member.Get("instance_id").IsInteger()) member.Set("instance_id", 1);
   for (auto& existing : members_) {
     if (existing.GetString("user_id") == id) {
+      const std::string was = existing.GetString("role");
+      const std::string now = member.GetString("role");
       existing = std::move(member);
       FireEvent(2, Ids(id));
+      // The client tells host and co-host changes apart.
+      if (was != now && (was == "host" || now == "host")) FireEvent(6, Ids(id));
+      if (was != now && (was == "cohost" || now == "cohost")) FireEvent(7, Ids(id));
       return;
     }
   }

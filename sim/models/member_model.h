@@ -19,7 +19,8 @@ namespace sim {
 // ("host", "cohost", "panelist", "attendee", "member"), `in_waiting_room`,
 // `user_type` (1 a person on a client) and `instance_id` (the kind of device;
 // 5 and 8 can't take chat), the last two 1 when not given.
-// Events: 45 [user_id] joined, 46 [user_id] left, 2 [user_id] changed.
+// Events: 45 [user_id] joined, 46 [user_id] left, 2 [user_id] changed, and
+// after it 6 when the member became or stopped being host, 7 co-host.
 class MemberModel : public SimModel {
  public:
   static constexpr int kId = 508;

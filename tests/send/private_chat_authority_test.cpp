@@ -108,8 +108,10 @@ TEST_F(AuthorityMenuTest, AWebinarMenuHasItsScopesAndManualCheckOnlyWhenConfigur
 TEST_F(AuthorityMenuTest, RoleChangesRebuildTheMenu) {
   Attach(talvex::MeetingContext::kRoleMember);
   EXPECT_FALSE(vm_->HasProp(VM::kPropMenuList));
+  // The local user is made co-host: the member model says so with event 7.
   meeting_.context().self_role = talvex::MeetingContext::kRoleCoHost;
-  meeting_.members().FireEvent(7, Variant());
+  meeting_.members().AddMember(Member("u-self"));
+  meeting_.members().AddMember(Member("u-self", "cohost"));
   EXPECT_EQ(Shape().size(), 8u);
   meeting_.context().self_role = talvex::MeetingContext::kRoleMember;
   const size_t empties = vm_->PropSetCount(VM::kPropMenuEmpty);

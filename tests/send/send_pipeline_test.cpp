@@ -179,6 +179,42 @@ TEST_F(SendTextTest, TheSendComesBackAsAServerRoundTripAndIsReported) {
   meeting_.messages().Unsubscribe(5);
 }
 
+TEST_F(SendTextTest, SendsIntoTheWaitingRoomAndToAttendeesAreReported) {
+  meeting_.members().SetInWaitingRoom("u3", true);
+  meeting_.context().self_role = talvex::MeetingContext::kRoleCoHost;
+  ChooseReceiver(GroupReceiver(3));
+  SendText(TextParams("welcome, all"));
+  ChooseReceiver(Receiver("u3", 6));
+  SendText(TextParams("welcome, you"));
+  ChooseReceiver(Receiver("u3", 7));
+  SendText(TextParams("not counted"));
+  auto to_room = base::analytics::RecordedEvents("e#im#im_send_towaitingroom#click");
+  ASSERT_EQ(to_room.size(), 2u);
+  EXPECT_EQ(to_room[0].properties["to_type"], "1");
+  EXPECT_EQ(to_room[1].properties["to_type"], "0");
+
+  meeting_.context().self_role = talvex::MeetingContext::kRoleMember;
+  meeting_.context().in_waiting_room = true;
+  ChooseReceiver(Variant());
+  SendText(TextParams("hello from the waiting room"));
+  EXPECT_EQ(base::analytics::RecordedEvents("e#waitingroom#im_send#click").size(), 1u);
+
+  // In a webinar a host writing to an attendee reports both.
+  meeting_.context().in_waiting_room = false;
+  meeting_.context().is_webinar = true;
+  meeting_.context().self_role = talvex::MeetingContext::kRoleHost;
+  meeting_.members().AddMember(Member("a1", "attendee"));
+  ChooseReceiver(Receiver("a1", 1, "attendee"));
+  EXPECT_TRUE(SendText(TextParams("thanks for asking")));
+  auto sendto = base::analytics::RecordedEvents("meetingpage_im_null_sendto_null_null_click");
+  ASSERT_EQ(sendto.size(), 1u);
+  EXPECT_EQ(sendto[0].properties["sendto"], "3");
+  EXPECT_EQ(sendto[0].properties["webinar_role"], "2");
+  auto send = base::analytics::RecordedEvents("meetingpage_im_null_send_null_null_click");
+  ASSERT_EQ(send.size(), 1u);
+  EXPECT_EQ(send[0].properties["webinar_role"], "1");
+}
+
 class AuthorizeTest : public SendFixture {
  protected:
   // The member as it stands in the lists, with its kind of user and device.
