@@ -36,7 +36,13 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       list_records_(std::make_shared<ListRecordModel>(*messages_)),
       notifications_(std::make_shared<MessageNotificationModel>()),
       shield_(std::make_shared<ShieldModel>()),
-      settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))) {
+      settings_(std::make_shared<framework::SettingsModel>(util::file::MakeFilePath(data_dir_, "settings.json"))),
+      meeting_settings_(std::make_shared<MeetingSettingsModel>()),
+      authority_(std::make_shared<ChatAuthorityModel>(members_.get())),
+      private_chats_(std::make_shared<PrivateChatModel>()),
+      network_(std::make_shared<NetworkModel>()),
+      send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
+  for (int id : {523, 539, 690, 1000001}) plain_models_[id] = std::make_shared<SimModel>(id);
   util::file::EnsureDirExist(data_dir_);
 }
 
@@ -55,6 +61,11 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(ListRecordModel::kId, list_records_);
   application_->RegisterModel(MessageNotificationModel::kId, notifications_);
   application_->RegisterModel(ShieldModel::kId, shield_);
+  application_->RegisterModel(MeetingSettingsModel::kId, meeting_settings_);
+  application_->RegisterModel(ChatAuthorityModel::kId, authority_);
+  application_->RegisterModel(PrivateChatModel::kId, private_chats_);
+  application_->RegisterModel(NetworkModel::kId, network_);
+  for (auto const& [id, model] : plain_models_) application_->RegisterModel(id, model);
   auto* configure = talvexsdk::utils::service::GetConfigureService();
   configure->SetDefaults(DefaultRemoteConfig());
   configure->LoadFile(remote_config_file_);
@@ -76,6 +87,13 @@ void MeetingSimulator::Uninstall() {
   application_->Clear();
   talvex::MeetingContext::Reset();
   installed_ = false;
+}
+
+SimModel& MeetingSimulator::model(int id) {
+  if (id == ShieldModel::kId) return *shield_;
+  auto& slot = plain_models_[id];
+  if (!slot) slot = std::make_shared<SimModel>(id);
+  return *slot;
 }
 
 void MeetingSimulator::RemoveModel(int id) { application_->UnregisterModel(id); }

@@ -1,16 +1,22 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
 #include "framework/meeting/meeting_context.h"
 #include "framework/module/app_module.h"
 #include "framework/settings/settings_model.h"
+#include "sim/chat_send_desk.h"
+#include "sim/models/chat_authority_model.h"
 #include "sim/models/chat_file_model.h"
 #include "sim/models/chat_message_model.h"
 #include "sim/models/face_model.h"
 #include "sim/models/list_record_model.h"
+#include "sim/models/meeting_settings_model.h"
 #include "sim/models/meeting_state_model.h"
+#include "sim/models/network_model.h"
+#include "sim/models/private_chat_model.h"
 #include "sim/models/member_model.h"
 #include "sim/models/sidebar_app_model.h"
 
@@ -56,6 +62,14 @@ class MeetingSimulator {
   MessageNotificationModel& notifications() { return *notifications_; }
   ShieldModel& shield() { return *shield_; }
   framework::SettingsModel& settings() { return *settings_; }
+  MeetingSettingsModel& meeting_settings() { return *meeting_settings_; }
+  ChatAuthorityModel& authority() { return *authority_; }
+  PrivateChatModel& private_chats() { return *private_chats_; }
+  NetworkModel& network() { return *network_; }
+  ChatSendDesk& send_desk() { return *send_desk_; }
+  // Models the chat follows that nothing else of the meeting drives yet: 523
+  // (host settings), 539, 690 and 1000001; and 530, the chat control model.
+  SimModel& model(int id);
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
 
@@ -75,6 +89,12 @@ class MeetingSimulator {
   std::shared_ptr<MessageNotificationModel> notifications_;
   std::shared_ptr<ShieldModel> shield_;
   std::shared_ptr<framework::SettingsModel> settings_;
+  std::shared_ptr<MeetingSettingsModel> meeting_settings_;
+  std::shared_ptr<ChatAuthorityModel> authority_;
+  std::shared_ptr<PrivateChatModel> private_chats_;
+  std::shared_ptr<NetworkModel> network_;
+  std::map<int, std::shared_ptr<SimModel>> plain_models_;
+  std::unique_ptr<ChatSendDesk> send_desk_;
 };
 
 }  // namespace sim

@@ -16,6 +16,7 @@ ChatFileModel::ChatFileModel() : SimModel(kId) {
   SetMethod(14, [](Variant const* params, Variant* result) {
     if (!params || !params->IsMap()) return false;
     Variant answer(base::variant::kVariantTypeMap);
+    answer.Set("file_path", params->GetString("file_path"));
     answer.Set("is_inhibit", talvex::ChatFileUtils::IsInhibitedExtension(params->GetString("file_path")));
     if (result) *result = std::move(answer);
     return true;

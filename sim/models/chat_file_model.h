@@ -6,7 +6,7 @@ namespace sim {
 
 // Model 10009: chat file transfers.
 //   method 4  {file_info, msg_id, download_file_from} starts a download
-//   method 14 {file_path} -> {is_inhibit}: executables and scripts may not be
+//   method 14 {file_path} -> {file_path, is_inhibit}: executables and scripts may not be
 //             sent (talvex::ChatFileUtils::IsInhibitedExtension)
 //   method 16 {file_name} -> {is_support}: whether the client opens the kind
 //             (everything but the inhibited kinds)

@@ -96,9 +96,14 @@ ShieldModel::ShieldModel() : SimModel(kId) {
     watching_ = false;
     return true;
   });
-  SetMethod(8, [this](Variant const* params, Variant*) {
-    if (!params || !params->IsMap() || params->GetString("app_uid").empty()) return false;
-    ShieldSender(params->GetString("app_uid"));
+  SetMethod(8, [](Variant const*, Variant* result) {
+    if (result) *result = false;
+    return true;
+  });
+  SetMethod(9, [](Variant const*, Variant* result) {
+    Variant data(base::variant::kVariantTypeMap);
+    data.Set("url", "https://meeting.example/chat_control/sensitive_words");
+    if (result) *result = std::move(data);
     return true;
   });
 }

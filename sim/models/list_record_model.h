@@ -43,10 +43,12 @@ class MessageNotificationModel : public SimModel {
   void NotifyListChanged() { FireEvent(9, nullptr); }
 };
 
-// Model 530: messages of shielded (blocked) senders.
+// Model 530: chat control.
 //   4 {msg_list [{msg_id, app_uid, ...}]} -> {shield_msg_list [{msg_id}]}: the
-//     entries whose sender is shielded
-//   5 starts watching (webinars), 6 stops, 8 {app_uid} shields a sender
+//     entries whose sender is shielded (blocked)
+//   5 starts watching shields (webinars), 6 stops
+//   8 -> bool, the host checks messages by hand before they show (off)
+//   9 -> {url}: where the sensitive-words page is
 // Event 0 fires when a sender is shielded.
 class ShieldModel : public SimModel {
  public:

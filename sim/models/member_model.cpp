@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "framework/meeting/meeting_context.h"
+
 namespace sim {
 
 MemberModel::MemberModel() : SimModel(kId) {
@@ -13,23 +15,66 @@ MemberModel::MemberModel() : SimModel(kId) {
     if (result) *result = WaitingRoomOwnList();
     return true;
   });
+  SetMethod(1, [this](Variant const* params, Variant* result) {
+    const int list_type = params && params->IsMap() ? params->GetInt32("list_type") : 0;
+    Variant ids(base::variant::kVariantTypeArray);
+    for (auto const& member : members_) {
+      if (member.GetBoolean("in_waiting_room")) continue;
+      const std::string role = member.GetString("role");
+      const bool take = list_type == 0 || (list_type == 1 && (role == "host" || role == "cohost")) ||
+                        (list_type == 2 && role == "panelist") || (list_type == 3 && role == "attendee");
+      if (take) ids.Add(member.GetString("user_id"));
+    }
+    if (result) *result = std::move(ids);
+    return true;
+  });
+  SetMethod(2, [this](Variant const* params, Variant* result) {
+    if (!params || !params->IsMap()) return false;
+    const std::string id = params->GetString("user_id");
+    for (auto const& member : members_) {
+      if (member.GetString("user_id") != id) continue;
+      Variant info = member;
+      info.Set("self", id == talvex::MeetingContext::Current().self_user_id);
+      if (result) *result = std::move(info);
+      return true;
+    }
+    return false;
+  });
 }
+
+namespace {
+Variant Ids(std::string const& id) {
+  Variant ids(base::variant::kVariantTypeArray);
+  ids.Add(id);
+  return ids;
+}
+}  // namespace
 
 void MemberModel::AddMember(Variant member) {
   const std::string id = member.GetString("user_id");
+  if (!member.Get("user_type").IsInteger()) member.Set("user_type", 1);
+  if (!member.Get("instance_id").IsInteger()) member.Set("instance_id", 1);
   for (auto& existing : members_) {
     if (existing.GetString("user_id") == id) {
+      const std::string was = existing.GetString("role");
+      const std::string now = member.GetString("role");
       existing = std::move(member);
+      FireEvent(2, Ids(id));
+      // The client tells host and co-host changes apart.
+      if (was != now && (was == "host" || now == "host")) FireEvent(6, Ids(id));
+      if (was != now && (was == "cohost" || now == "cohost")) FireEvent(7, Ids(id));
       return;
     }
   }
   members_.push_back(std::move(member));
+  FireEvent(45, Ids(id));
 }
 
 void MemberModel::RemoveMember(std::string const& user_id) {
   members_.erase(std::remove_if(members_.begin(), members_.end(),
                                 [&](Variant const& m) { return m.GetString("user_id") == user_id; }),
                  members_.end());
+  FireEvent(46, Ids(user_id));
 }
 
 void MemberModel::SetInWaitingRoom(std::string const& user_id, bool waiting) {

@@ -11,8 +11,16 @@ namespace sim {
 //   method 35 -> array of the members waiting in the waiting room
 //   method 37 -> the waiting room's own list: its members and the hosts who
 //                can talk to it (`host_type` 1 host, 2 co-host)
+//   method 1 {list_type} -> user ids: 0 everyone in the meeting (not the
+//                waiting room), 1 hosts and co-hosts, 2 panelists, 3 attendees
+//   method 2 {user_id} -> the member, with `self` for the local user; false
+//                for one who is not (or no longer) here
 // A member is a map with `user_id`, `app_uid`, `app_id`, `nickname`, `role`
-// ("host", "cohost", "panelist", "attendee", "member") and `in_waiting_room`.
+// ("host", "cohost", "panelist", "attendee", "member"), `in_waiting_room`,
+// `user_type` (1 a person on a client) and `instance_id` (the kind of device;
+// 5 and 8 can't take chat), the last two 1 when not given.
+// Events: 45 [user_id] joined, 46 [user_id] left, 2 [user_id] changed, and
+// after it 6 when the member became or stopped being host, 7 co-host.
 class MemberModel : public SimModel {
  public:
   static constexpr int kId = 508;

@@ -80,6 +80,31 @@ class ChatUtils {
 
   // "hh:mm" of a Unix time in seconds, local time.
   static std::string FormatMessageTime(int64_t seconds);
+  // --- sending (chat_utils_send.cpp) ---------------------------------------
+  // The local user's chat state (chat authority model 526, method 9):
+  // `disable_chat`, `need_show_icon`, `disable_chat_desc`,
+  // `allow_chat_wording_show`, `allow_chat_wording_desc`, `allow_chat_policy`.
+  // Chat is allowed when the client has no answer.
+  static Variant GetIMAuthorityInfo();
+  // The chosen receiver as the receiver line shows it: `receiver_type`,
+  // `receiver_name`, `receiver_hint` (what the receiver will see of it), and
+  // `is_private`.
+  static Variant GetReceiverNameAndHint();
+  // Whether the meeting allows pictures and files in chat.
+  static bool IsMeetingSupportIMFileAndPicture();
+  static bool GetMeetingNoticeIsRead();
+  // Judged by the name, so it holds for a file that is not there.
+  static bool IsWebp(std::string const& path);
+  // By the file's first bytes: 1 JPEG, 2 GIF, 3 PNG, 4 BMP, 0 anything else.
+  static int GetImageFormat(std::string const& path);
+  // A fresh folder for a picture to send: "<image cache of the meeting>/send/
+  // <millisecond>", created.
+  static std::string MakeUniqueChatImageDirPath(std::string const& meeting_id);
+  // Where the input keeps pictures pasted into it, created.
+  static std::string GetMsgCacheSendImageDirPath();
+  static bool IsSelfHost();
+  static bool IsSelfCoHost();
+  static bool IsWaitingRoom();
 };
 
 }  // namespace talvex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 #include "base/variant/variant.h"
 
@@ -14,6 +15,26 @@ namespace member {
 // visit stopped the walk.
 bool EnumInRoomUsers(Variant const& list, std::function<bool(Variant const& member)> const& visit);
 
+// The member lists of the meeting, as user ids (member model 508 method 1):
+// 0 everyone in the meeting, 1 hosts and co-hosts, 2 panelists, 3 attendees.
+// An empty array without a member model.
+Variant GetUserIndexList(int list_type);
+// Walks the members behind an index list, each as GetUserInfo gives it; ids
+// the member model no longer knows (members who left) are skipped.
+bool EnumInMeetingUsers(Variant const& index_list, std::function<bool(Variant const& member)> const& visit);
+// A member's info (member model 508 method 2): `user_id`, `app_uid`,
+// `app_id`, `nickname`, `role`, `user_type`, `instance_id`, and `self` for
+// the local user. Null when the member is unknown.
+Variant GetUserInfo(std::string const& user_id);
+bool IsSelfHostOrCoHost();
+
 }  // namespace member
+
+namespace webinar {
+// Whether a member (a map of GetUserInfo or a receiver info) is a webinar
+// attendee.
+bool IsAttendeeUser(Variant const& user_info);
+}  // namespace webinar
+
 }  // namespace utils
 }  // namespace talvex_common

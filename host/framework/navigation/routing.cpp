@@ -73,6 +73,23 @@ NavigateService* NavigateService::Instance() {
   return &service;
 }
 
+void NavigateService::Navigate(std::string const& url, Variant const& params) {
+  HostJournal::Record("navigate " + url);
+  Variant entry(base::variant::kVariantTypeMap);
+  entry.Set("url", url);
+  entry.Set("params", params);
+  opened_.push_back(std::move(entry));
+}
+
+void NavigateService::OpenWebDialog(Variant const& params) {
+  const std::string url = params.GetString("url");
+  HostJournal::Record("web dialog " + url);
+  Variant entry(base::variant::kVariantTypeMap);
+  entry.Set("url", url);
+  entry.Set("params", params);
+  opened_.push_back(std::move(entry));
+}
+
 ExtensionViewService* ExtensionViewService::Instance() {
   static ExtensionViewService service;
   return &service;

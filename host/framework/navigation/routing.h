@@ -87,6 +87,17 @@ class RouterService {
 class NavigateService {
  public:
   static NavigateService* Instance();
+  // Opens a page by its route; the client's journal keeps "navigate <url>".
+  void Navigate(std::string const& url, Variant const& params = Variant());
+  // Opens a web page in a dialog (`url`, `web_view_title`, `wnd_size_width`,
+  // `wnd_size_height`, ...); the journal keeps "web dialog <url>".
+  void OpenWebDialog(Variant const& params);
+  // What was opened, newest last: maps with `url` and `params`.
+  std::vector<Variant> const& opened() const { return opened_; }
+  void ClearOpened() { opened_.clear(); }
+
+ private:
+  std::vector<Variant> opened_;
 };
 
 // The client side of extension views: factories by point and extension id.

@@ -19,4 +19,9 @@ std::unique_ptr<Variant> InvokeChatBizModel(framework::module::ModuleRuntime* ru
   return result;
 }
 
+framework::ModelPtr GetChatModuleModel(framework::module::ModuleRuntime* runtime, int id) {
+  auto* provider = runtime ? runtime->GetModelProvider() : nullptr;
+  return provider ? provider->ModelOf(id) : nullptr;
+}
+
 }  // namespace chat

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/variant/variant.h"
+#include "framework/model/model.h"
 
 namespace framework::module {
 class ModuleRuntime;
@@ -15,5 +16,9 @@ namespace chat {
 // null when the model is missing or refused the call.
 std::unique_ptr<Variant> InvokeChatBizModel(framework::module::ModuleRuntime* runtime, uint32_t method,
                                             Variant const* params = nullptr);
+
+// One of the module's own models by id, through the runtime's provider; null
+// without a runtime.
+framework::ModelPtr GetChatModuleModel(framework::module::ModuleRuntime* runtime, int id);
 
 }  // namespace chat

@@ -5,10 +5,26 @@
 
 namespace chat {
 
-// The send button's configuration (which key sends, which options show).
+// What the buttons beside the input offer, from the meeting's configuration
+// ("chat" / "send_button_show_more", default true, and
+// "send_button_red_dot_more", default false): a map `show_more`,
+// `red_dot_more`. The configuration comes with the meeting, so it is read
+// again when the meeting is joined and whenever it is asked for; a change
+// fires kEventConfigChanged with the new map.
 class SendButtonConfigModel : public framework::ModelImpl {
  public:
+  enum Method : uint32_t { kGetConfig = 1083848274 };
+  enum Event : uint32_t { kEventConfigChanged = 312889305 };
+
   SendButtonConfigModel() : framework::ModelImpl(kSendButtonConfigModelId) {}
+  void Init() override;
+  void UnInit() override;
+  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
+  // Reads the configuration; fires the change when it differs from the last.
+  Variant Refresh();
+
+ private:
+  Variant last_;
 };
 
 }  // namespace chat

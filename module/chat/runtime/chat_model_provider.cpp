@@ -30,7 +30,7 @@ framework::ModelPtr ChatModelProvider::Build(int id) {
     case kMeetingNoticeBizModelId:
       return std::make_shared<MeetingNoticeBizModel>();
     case kChatSendMessageBizModelId:
-      return std::make_shared<ChatSendMessageBizModel>();
+      return std::make_shared<ChatSendMessageBizModel>(runtime_);
     case kChatBizModelId:
       return std::make_shared<ChatBizModel>();
     default:

@@ -10,6 +10,7 @@
 #include "chat/viewmodel/chat_panel_history_list_view_model.h"
 #include "chat/viewmodel/chat_text_message_view_model.h"
 #include "chat/viewmodel/chat_tip_message_view_model.h"
+#include "chat/viewmodel/chat_input_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
 
 namespace chat {
@@ -33,6 +34,7 @@ ChatViewModelProviderImpl::ChatViewModelProviderImpl(framework::module::ModuleRu
   makers_[kViewModelOpenappMessage] = Make<ChatOpenappMessageViewModel>();
   makers_[kViewModelFileMessage] = Make<ChatFileMessageViewModel>();
   makers_[kViewModelMessageContainer] = Make<ChatMessageContainerViewModel>();
+  makers_[kViewModelPanelInput] = [] { return std::make_shared<ChatInputViewModel>(); };
 }
 
 std::shared_ptr<framework::ViewModel> ChatViewModelProviderImpl::Build(int type) {

@@ -140,4 +140,24 @@ bool UserIsInWaitingRoomMemberList(std::string const& user_id) {
   return UserIsInList(kMemberMethodWaitingRoomMembers, user_id);
 }
 
+Variant ReadLocalSetting(std::string const& key, Variant const& def) {
+  auto settings = framework::module::GetAppModuleModel(kHostSettingsModel);
+  if (!settings) return def;
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("key", key);
+  params.Set("def_value", def);
+  Variant result;
+  if (!settings->Invoke(3, &params, &result) || result.IsNull()) return def;
+  return result;
+}
+
+bool WriteLocalSetting(std::string const& key, Variant const& value) {
+  auto settings = framework::module::GetAppModuleModel(kHostSettingsModel);
+  if (!settings) return false;
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("key", key);
+  params.Set("value", value);
+  return settings->Invoke(4, &params, nullptr);
+}
+
 }  // namespace chat

@@ -53,4 +53,9 @@ bool UserIsInWaitingRoom(std::string const& user_id);
 // The same on the waiting room's own member list (method 37).
 bool UserIsInWaitingRoomMemberList(std::string const& user_id);
 
+// The client's local settings (model 517): the stored value, or `def` when
+// there is none or no settings model.
+Variant ReadLocalSetting(std::string const& key, Variant const& def);
+bool WriteLocalSetting(std::string const& key, Variant const& value);
+
 }  // namespace chat

@@ -1,0 +1,52 @@
+#include "chat/model/send_button_config_model.h"
+
+#include "framework/config/configure_service.h"
+#include "framework/module/app_module.h"
+
+namespace chat {
+
+namespace {
+constexpr uint32_t kMeetingEventJoined = 1;
+
+bool ConfigBool(char const* key, bool def) {
+  const Variant v = talvex_common::utils::QueryConfigureService("chat", key, Variant(def));
+  return v.IsBool() ? v.AsBoolean() : def;
+}
+}  // namespace
+
+void SendButtonConfigModel::Init() {
+  framework::ModelImpl::Init();
+  last_ = Refresh();
+  if (auto meeting = framework::module::GetAppModuleModel(kHostMeetingModel)) {
+    meeting->Subscribe(kMeetingEventJoined, framework::SubscriberId(this),
+                       std::make_shared<framework::EventHandler>([this](Variant const*) { Refresh(); }));
+  }
+}
+
+void SendButtonConfigModel::UnInit() {
+  if (auto meeting = framework::module::GetAppModuleModel(kHostMeetingModel)) {
+    meeting->Unsubscribe(framework::SubscriberId(this));
+  }
+  framework::ModelImpl::UnInit();
+}
+
+Variant SendButtonConfigModel::Refresh() {
+  Variant config(base::variant::kVariantTypeMap);
+  config.Set("show_more", ConfigBool("send_button_show_more", true));
+  config.Set("red_dot_more", ConfigBool("send_button_red_dot_more", false));
+  if (!last_.IsNull() && !(last_ == config)) {
+    last_ = config;
+    FireEvent(kEventConfigChanged, &config);
+  }
+  last_ = config;
+  return config;
+}
+
+bool SendButtonConfigModel::Invoke(uint32_t method, Variant const* params, Variant* result) {
+  if (method != kGetConfig) return framework::ModelImpl::Invoke(method, params, result);
+  Variant config = Refresh();
+  if (result) *result = std::move(config);
+  return true;
+}
+
+}  // namespace chat

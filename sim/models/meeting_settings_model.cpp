@@ -1,0 +1,26 @@
+#include "sim/models/meeting_settings_model.h"
+
+namespace sim {
+
+MeetingSettingsModel::MeetingSettingsModel() : SimModel(kId) {
+  values_.Set("notice_enable", false);
+  values_.Set("notice_read", true);
+  values_.Set("emoji_enable", true);
+  values_.Set("im_file_and_picture", true);
+  SetMethod(1, [this](Variant const* params, Variant* result) {
+    if (!params || !params->IsMap() || !values_.Has(params->GetString("key"))) return false;
+    if (result) *result = values_.Get(params->GetString("key"));
+    return true;
+  });
+}
+
+void MeetingSettingsModel::SetSwitch(std::string const& key, bool value) {
+  if (values_.Has(key) && values_.Get(key) == Variant(value)) return;
+  values_.Set(key, value);
+  Variant payload(base::variant::kVariantTypeMap);
+  payload.Set("key", key);
+  payload.Set("value", value);
+  FireEvent(kEventChanged, &payload);
+}
+
+}  // namespace sim
