@@ -113,7 +113,9 @@ struct ListHarness {
     if (list->TotalCount() > 0) {
       const int value = bar()->value();
       EXPECT_LE(TopBySum(start), std::max(value, list->GetMargins().top()));
-      if (start > 0) EXPECT_LT(TopBySum(start) - list->GetItemSpacing(), value) << "row " << start - 1 << " is in view";
+      if (start > 0) {
+        EXPECT_LT(TopBySum(start) - list->GetItemSpacing(), value) << "row " << start - 1 << " is in view";
+      }
       const int last_bottom = TopBySum(end) + list->ItemHeightAt(end);
       EXPECT_TRUE(end == list->TotalCount() - 1 || last_bottom >= value + ViewHeight())
           << "rows end at " << last_bottom << ", view ends at " << value + ViewHeight();
