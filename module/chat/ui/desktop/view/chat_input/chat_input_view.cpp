@@ -197,7 +197,7 @@ void ChatInputView::OnViewModelBoundEx(framework::StatefulViewModel* view_model)
     StopDrain();
     widget_->ClearInput();
   });
-  bind(kPropDraft, true, [this](Variant const* v) { OnShowUnsentMessages(v); });
+  bind(kPropDraft, false, [this](Variant const* v) { OnShowUnsentMessages(v); });
   bind(kPropMatchResult, false, [this](Variant const* v) { OnMatchTextToMsgItems(v); });
 }
 
