@@ -371,6 +371,17 @@ TEST_F(ChatInputViewTest, LocalFilesPasteAsPicturesAndFileSendsUnlessOneIsEmpty)
   PasteAndDrain(with_text);
   EXPECT_EQ(vm_->Sent(ChatInputView::kActionSendFile).size(), 2u);
   EXPECT_EQ(vm_->matched, (std::vector<std::string>{"from the html", " and the text"}));
+
+  // A screenshot comes as image data alone: it is written to the cache first.
+  vm_->SetPropValue(ChatInputView::kPropImageCacheDir, (files_.Dir() + "/cache").toStdString());
+  auto* shot = new QMimeData;
+  QImage image(24, 16, QImage::Format_RGB32);
+  image.fill(Qt::green);
+  shot->setImageData(image);
+  PasteAndDrain(shot);
+  ASSERT_FALSE(Items().isEmpty());
+  ASSERT_EQ(Items().last().kind, RichEditItem::kImage);
+  EXPECT_TRUE(Items().last().image_path.startsWith(files_.Dir() + "/cache/"));
 }
 
 TEST_F(ChatInputViewTest, HtmlFromABrowserBecomesTextPicturesAndLineBreaks) {

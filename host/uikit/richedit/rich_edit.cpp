@@ -111,6 +111,9 @@ bool RichEdit::InsertImage(QTextCursor& cursor, QString const& path, QSize const
   if (path.isEmpty()) return false;
   QImageReader reader(path);
   reader.setAutoTransform(true);
+  // A picture too large to hold in memory is refused before it is decoded.
+  const QSize natural = reader.size();
+  if (natural.isValid() && qint64(natural.width()) * natural.height() > kMaxImagePixels) return false;
   QImage image = reader.read();
   if (image.isNull()) return false;
   const QSize shown = size.isEmpty() ? FitWithin(image.size(), kMaxImageExtent) : size;

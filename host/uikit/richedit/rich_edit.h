@@ -30,6 +30,8 @@ class RichEdit : public QTextEdit {
   static constexpr int kImageDataProperty = 0x100001;
   // Images larger than this are shown scaled down, keeping their aspect.
   static constexpr int kMaxImageExtent = 160;
+  // Larger pictures are not inserted at all.
+  static constexpr qint64 kMaxImagePixels = 100'000'000;
 
   // Gets the mime data of a paste or a drop before the edit does; true when
   // the owner took it.
