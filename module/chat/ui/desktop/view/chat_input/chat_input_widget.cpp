@@ -99,6 +99,7 @@ void ChatInputWidget::BuildLayout() {
 
   stacked_ = new QStackedWidget(this);
   stacked_->setObjectName("chat_input_stacked_widget");
+  stacked_->setContentsMargins(8, 0, 8, 0);
   edit_ = new RichEdit(stacked_);
   edit_->setObjectName("chat_input_edit");
   edit_->setAccessibleName(kEditAccessibleName);
@@ -111,7 +112,7 @@ void ChatInputWidget::BuildLayout() {
 
   disabled_page_ = MakeContainer("chat_input_disabled_page", stacked_);
   auto* disabled_row = new QHBoxLayout(disabled_page_);
-  disabled_row->setContentsMargins(12, 0, 12, 0);
+  disabled_row->setContentsMargins(4, 0, 4, 0);
   disabled_row->setSpacing(6);
   disabled_icon_ = new QLabel(disabled_page_);
   disabled_icon_->setObjectName("chat_input_disabled_icon");
@@ -121,10 +122,8 @@ void ChatInputWidget::BuildLayout() {
   disabled_label_->setObjectName("chat_input_disabled_label");
   disabled_label_->setProperty("label-style", "chat_disabled_label");
   disabled_label_->setWordWrap(true);
-  disabled_row->addStretch(1);
-  disabled_row->addWidget(disabled_icon_);
-  disabled_row->addWidget(disabled_label_);
-  disabled_row->addStretch(1);
+  disabled_row->addWidget(disabled_icon_, 0, Qt::AlignVCenter);
+  disabled_row->addWidget(disabled_label_, 1, Qt::AlignVCenter);
   stacked_->addWidget(disabled_page_);
   layout->addWidget(stacked_, 1);
 
@@ -192,8 +191,10 @@ void ChatInputWidget::SetSendOption(SendOption option) {
 
 void ChatInputWidget::SetChatEnabled(bool enabled) {
   stacked_->setCurrentWidget(enabled ? static_cast<QWidget*>(edit_) : disabled_page_);
-  send_button_->setEnabled(enabled);
-  send_option_button_->setEnabled(enabled);
+  // With chat off there is nothing to send: the send row gives its room to
+  // the reason.
+  send_button_->setVisible(enabled);
+  send_option_button_->setVisible(enabled);
 }
 
 bool ChatInputWidget::chat_enabled() const { return stacked_->currentWidget() == edit_; }
