@@ -345,9 +345,9 @@ void ChatInputView::InsertEmojis(Variant const& emoji_info_list) {
   for (Variant const& emoji : emoji_info_list.AsArray()) {
     const QString path = QStr(emoji.GetString(kEmojiPath));
     const QString text = QStr(emoji.GetString(kEmojiFaceType));
-    if (!edit->InsertImage(path, QSize(kEmojiSize, kEmojiSize), EmojiData(path, emoji.GetInteger(kEmojiIndex, -1), text))) {
-      edit->InsertText(text);
-    }
+    const QVariantMap data = EmojiData(path, emoji.GetInteger(kEmojiIndex, -1), text);
+    // Without its picture an emoji is still its text.
+    if (!edit->InsertImage(path, QSize(kEmojiSize, kEmojiSize), data)) edit->InsertText(text);
   }
   widget_->FocusEdit();
 }
