@@ -1,9 +1,11 @@
 #pragma once
 
+#include "chat/ui/desktop/view/chat_input/chat_input_view.h"
 #include "chat/ui/desktop/view/extension_frame_view.h"
 
 // The views the module gives the client's extension points, one class each,
-// so that the client can tell them apart.
+// so that the client can tell them apart. The input (ChatInputView) has its
+// own files.
 namespace QtView {
 
 #define CHAT_EXTENSION_VIEW(Name)                       \
@@ -15,7 +17,6 @@ namespace QtView {
 CHAT_EXTENSION_VIEW(InMeetingBulletQTView);
 CHAT_EXTENSION_VIEW(ChatIconExtensionView);
 CHAT_EXTENSION_VIEW(ChattingPanelShowView);
-CHAT_EXTENSION_VIEW(ChatInputView);
 CHAT_EXTENSION_VIEW(ChatPanelSendFileIconView);
 CHAT_EXTENSION_VIEW(ChatPanelSendImageIconView);
 CHAT_EXTENSION_VIEW(ChatPanelSendNoticeView);

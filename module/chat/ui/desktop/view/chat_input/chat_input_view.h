@@ -1,0 +1,125 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <cstdint>
+#include <string>
+
+#include "base/variant/variant.h"
+#include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "framework/view/app_view.h"
+#include "framework/viewmodel/view_model.h"
+#include "uikit/richedit/html_parser.h"
+
+class QMimeData;
+class QTextCursor;
+class QTimer;
+
+namespace QtView {
+
+// The chat panel's input: binds the input view model's props to a
+// ChatInputWidget and sends what the user does back as actions. Pasted and
+// matched content is inserted in ticks, so that a long paste never blocks
+// the interface.
+class ChatInputView : public AppQTView, public CParserOut {
+ public:
+  // The input view model's props and actions.
+  enum Prop : uint32_t {
+    kPropImageCacheDir = 0x49802,
+    kPropSendShortcut = 0x7950e,
+    kPropInputHeight = 0x102390,
+    kPropInputStrings = 0x67156,
+    kPropChatEnabled = 0xb3b8f,
+    kPropDisabledIcon = 0x5253d,
+    kPropDisabledText = 0x3c55f,
+    kPropSendButtonVisible = 0x7ee01,
+    kPropSendState = 0x45d89,
+    kPropFocusRequest = 0x9aad7,
+    kPropClearInput = 0x9611b,
+    kPropDraft = 0x265d0,
+    kPropMatchResult = 0x25f04,
+  };
+  enum Action : uint32_t {
+    kActionSend = 0x41a87,
+    kActionMatchTextToMsgItems = 0xea6a3,
+    kActionSendFile = 0xc9835,
+    kActionSaveDraft = 0x101c53,
+    kActionTextChanged = 0x1c2ba,
+    kActionSetShortcut = 0xce0cc,
+    kActionSetInputHeight = 0x6601e,
+  };
+  // Match item types.
+  enum ItemType { kItemText = 0, kItemEmoji = 1, kItemImage = 3 };
+  // A view event that inserts emoji picked in the emoji panel: params a map
+  // with `emoji_info_list`.
+  static constexpr uint32_t kViewEventInsertEmoji = framework::NameId("chat.input.insert_emoji");
+
+  static constexpr int kDrainIntervalMs = 10;
+  static constexpr int kDrainItemsPerTick = 500;
+  // Text is cached in pieces of at most this many characters, and a tick
+  // stops early once it has inserted kDrainCharsPerTick of them.
+  static constexpr int kTextPieceLength = 1000;
+  static constexpr int kDrainCharsPerTick = 20000;
+  static constexpr int kEmojiSize = 22;
+
+  ChatInputView();
+  ~ChatInputView() override;
+
+  ChatInputWidget* widget() const { return widget_.data(); }
+
+  // The clipboard or a drop: local files first, then HTML, then text, then
+  // raw image data. `handled` is false when none of them was there.
+  void PasteFromMimeData(QMimeData const* mime, bool& handled);
+  // Asks the view model to split `text` into text and emoji.
+  void MatchText(QString const& text);
+  void OnMatchTextToMsgItems(Variant const* result);
+  // Fills the box with a draft: an array of send items.
+  void OnShowUnsentMessages(Variant const* draft);
+  void InsertEmojis(Variant const& emoji_info_list);
+  void OnCompressPath(std::string const& path);
+  // The content as send items: text (emoji as their text) and pictures.
+  Variant SendItems() const;
+
+  std::string const& match_id() const { return match_id_; }
+  size_t pending_item_count() const { return cache_msg_items_.Size(); }
+  bool draining() const { return timer_ != nullptr; }
+
+  // CParserOut
+  void OnParserImage(QString const& url) override;
+  void OnParserText(QString const& text) override;
+  void OnParserLineBreak() override;
+
+  bool HandleViewEvent(AppBaseView* source, int event, Variant const* params, Variant* result) override;
+
+ protected:
+  QWidget* BuildFrame(QWidget* parent, Variant* params) override;
+  void OnViewModelBoundEx(framework::StatefulViewModel* view_model) override;
+  void OnDispose() override;
+
+ private:
+  void Dispatch(uint32_t action, Variant const& params);
+  void Send();
+  void CacheItem(Variant item);
+  void CacheImage(QString const& path);
+  void StartDrain();
+  void DrainTick();
+  // Inserts everything still waiting, at once.
+  void FlushCache();
+  void InsertCached(size_t max_items, int max_chars);
+  bool InsertItem(QTextCursor& cursor, Variant const& item, int& chars);
+  void StopDrain();
+  void RefuseImage(QString const& path);
+  void PasteUrls(QList<QUrl> const& urls);
+  void FlushParsedText();
+
+  QPointer<ChatInputWidget> widget_;
+  Variant cache_msg_items_;
+  std::string match_id_;
+  QTimer* timer_ = nullptr;
+  // Text and line breaks from the HTML walker, matched as one piece at the
+  // next image or at the end.
+  QString parsed_text_;
+  bool image_refused_ = false;
+};
+
+}  // namespace QtView
