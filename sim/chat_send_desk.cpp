@@ -101,8 +101,20 @@ bool ChatSendDesk::Send(uint32_t method, int chat_type, Variant const* params, V
   record.Set("msg_is_self", true);
   record.Set("message_send_from_type", params->GetInteger("message_send_from_type", 2));
   record.Set("message_client_time", util::time::GetTimestampMsec() / 1000);
+  record.Set("message_time", util::time::GetServerTimestamp());
   record.Set("send_method", static_cast<int64_t>(method));
-  messages_.ReceiveMessage(std::move(record));
+  // The short forms the client's lists read.
+  record.Set("is_from_self", true);
+  record.Set("conv_id", params->GetString("conv_id"));
+  record.Set("conv_type", params->GetInteger("conv_type"));
+  record.Set("msg_sender", record.Get("message_sender"));
+  record["in_meeting_info"].Set("meeting_id", std::to_string(self.meeting_id));
+  record["in_meeting_info"].Set("receiver_type", params->GetInteger("receiver_type"));
+  // The sending message shows at once; its result updates it.
+  if (messages_.ReceiveMessage(std::move(record))) {
+    Variant added(msg_id);
+    messages_.FireEvent(kEventMessageAdded, &added);
+  }
   sent_ids_.push_back(msg_id);
   if (result) *result = msg_id;
 
@@ -157,10 +169,10 @@ void ChatSendDesk::Complete(std::string const& msg_id, int code) {
   result.Set("msg_id", msg_id);
   result.Set("result", code);
   result.Set("message_info", *record);
+  result.Set("chat_type", record->GetInt32("chat_type"));
   messages_.FireEvent(kEventSendResult, &result);
-  Variant added(base::variant::kVariantTypeMap);
-  added.Set("message_info", *record);
-  messages_.FireEvent(kEventMessageAdded, &added);
+  Variant updated(msg_id);
+  messages_.FireEvent(kEventMessageUpdated, &updated);
   TXLOG_INFO << "[sim] send " << msg_id << " done with " << code;
 }
 

@@ -23,15 +23,21 @@ class MemberModel;
 //   file  52, 57 (waiting room) {..., file_elem_file_path, file_size, ...}
 //   59    [items]: fires priority event 34 with the items; whoever takes it
 //         sends the pieces
-// A send answers the new message id at once and stores the record as sending
-// (`message_status` 1); after the latency the result follows: event 16
-// {msg_id, result, message_info} then event 35 {message_info}, with status 2
-// (sent) or 3 (failed, `result` the error code). A file's record moves
+// A send answers the new message id at once, stores the record as sending
+// (`message_status` 1) and announces it (event 35 with the id); after the
+// latency the result follows: event 16 {msg_id, result, chat_type,
+// message_info} then event 37 with the id, with status 2 (sent) or 3 (failed,
+// `result` the error code). A file's record moves
 // through upload states 0 to 3 (or 4) in `ext_content.file_info.status`,
 // each step also fired as event 1 {msg_id, file_info} of the file model.
 class ChatSendDesk {
  public:
-  enum Event : uint32_t { kEventMixedSend = 34, kEventSendResult = 16, kEventMessageAdded = 35 };
+  enum Event : uint32_t {
+    kEventMixedSend = 34,
+    kEventSendResult = 16,
+    kEventMessageAdded = 35,
+    kEventMessageUpdated = 37,
+  };
   // A private message to a member who is not in the meeting any more.
   static constexpr int kErrorReceiverLeft = 20009;
 
