@@ -142,8 +142,12 @@ TEST_F(SendTextTest, TheSendComesBackAsAServerRoundTripAndIsReported) {
   meeting_.messages().Subscribe(35, 5, Collect(added));
   ChooseReceiver(Receiver("u2"));
   EXPECT_TRUE(SendText(TextParams("private hello")));
-  ASSERT_TRUE(WaitUntil([&] { return added.size() == 1; }));
-  ASSERT_EQ(results.size(), 1u);
+  // The sending message is announced at once, by its id; the result follows.
+  ASSERT_EQ(added.size(), 1u);
+  EXPECT_TRUE(added[0].IsString());
+  EXPECT_TRUE(results.empty());
+  ASSERT_TRUE(WaitUntil([&] { return results.size() == 1; }));
+  EXPECT_EQ(results[0].GetString("msg_id"), added[0].AsStr());
   EXPECT_EQ(results[0].GetInteger("result"), 0);
   const std::string id = results[0].GetString("msg_id");
   auto record = talvex::ChatUtils::GetMsgInfoPtrById(id);
@@ -162,7 +166,7 @@ TEST_F(SendTextTest, TheSendComesBackAsAServerRoundTripAndIsReported) {
   // A failure code from the server marks the record failed.
   meeting_.send_desk().FailNextSends(10017);
   EXPECT_TRUE(SendText(TextParams("this one fails")));
-  ASSERT_TRUE(WaitUntil([&] { return added.size() == 2; }));
+  ASSERT_TRUE(WaitUntil([&] { return results.size() == 2; }));
   EXPECT_EQ(results[1].GetInteger("result"), 10017);
   EXPECT_EQ(talvex::ChatUtils::GetMsgInfoPtrById(results[1].GetString("msg_id"))->GetInteger("message_status"), 3);
 
@@ -170,7 +174,7 @@ TEST_F(SendTextTest, TheSendComesBackAsAServerRoundTripAndIsReported) {
   // next one is refused before it goes.
   meeting_.send_desk().LeaveDuringNextSend("u2");
   EXPECT_TRUE(SendText(TextParams("are you there?")));
-  ASSERT_TRUE(WaitUntil([&] { return added.size() == 3; }));
+  ASSERT_TRUE(WaitUntil([&] { return results.size() == 3; }));
   EXPECT_EQ(results[2].GetInteger("result"), sim::ChatSendDesk::kErrorReceiverLeft);
   const size_t before = AllSends();
   EXPECT_FALSE(SendText(TextParams("hello?")));
