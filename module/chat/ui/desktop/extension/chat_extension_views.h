@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chat/ui/desktop/extension/chatting_panel_show_view.h"
 #include "chat/ui/desktop/view/extension_frame_view.h"
 
 // The views the module gives the client's extension points, one class each,
@@ -14,7 +15,6 @@ namespace QtView {
 
 CHAT_EXTENSION_VIEW(InMeetingBulletQTView);
 CHAT_EXTENSION_VIEW(ChatIconExtensionView);
-CHAT_EXTENSION_VIEW(ChattingPanelShowView);
 CHAT_EXTENSION_VIEW(ChatInputView);
 CHAT_EXTENSION_VIEW(ChatPanelSendFileIconView);
 CHAT_EXTENSION_VIEW(ChatPanelSendImageIconView);
