@@ -63,6 +63,7 @@ void TextBrowser::SetContent(QList<QVariantMap> const& entries, bool is_self) {
       continue;
     }
     const QString text = entry.value("text").toString();
+    if (text.isEmpty()) continue;
     plain_text_ += text;
     RichTextBlock block(RichTextBlock::kText, RichTextBlock::kAlignCenter, QSize(0, kLineHeight));
     block.text = std::make_shared<RichTextPropertyText>();
@@ -92,7 +93,6 @@ void TextBrowser::SetMaxTextWidth(int width) {
 void TextBrowser::Clear() {
   plain_text_.clear();
   label_->ClearContentSelection();
-  label_->SetRichText({}, max_text_width_, -1);
 }
 
 QString TextBrowser::GetPlainText() {
