@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QGuiApplication>
+#include <QPixmapCache>
 #include <QDir>
 #include <QFileInfo>
 #include <QResource>
@@ -35,6 +36,16 @@ QWidget* TXQtUiUtil::ActiveMainWindow() {
 QPixmap TXQtUiUtil::GetHdpiImage(QString const& path, qreal device_pixel_ratio) {
   qreal ratio = device_pixel_ratio;
   if (ratio <= 0) ratio = qApp ? qApp->devicePixelRatio() : 1.0;
+  // Rows ask for the same icons again and again: decode each once.
+  const QString key = QString("hdpi:%1@%2").arg(path).arg(ratio);
+  QPixmap cached;
+  if (QPixmapCache::find(key, &cached)) return cached;
+  QPixmap pixmap = LoadHdpiImage(path, ratio);
+  if (!pixmap.isNull()) QPixmapCache::insert(key, pixmap);
+  return pixmap;
+}
+
+QPixmap TXQtUiUtil::LoadHdpiImage(QString const& path, qreal ratio) {
   QPixmap pixmap;
   if (ratio > 1.0) {
     const int dot = path.lastIndexOf('.');

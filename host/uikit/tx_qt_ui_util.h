@@ -18,6 +18,7 @@ class TXQtUiUtil {
   // it when the ratio is above 1 and that file exists. A null pixmap when
   // neither loads.
   static QPixmap GetHdpiImage(QString const& path, qreal device_pixel_ratio = 0);
+  static QPixmap LoadHdpiImage(QString const& path, qreal ratio);
   // Moves `widget` so that it stands in the middle of `target`.
   static void CenterToWidget(QWidget* widget, QWidget* target);
 };

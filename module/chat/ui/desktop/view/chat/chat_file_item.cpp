@@ -49,12 +49,7 @@ QWidget* ChatFileItem::CreateMsgContent(QWidget* parent) {
   container_->setObjectName("Container");
   container_->setAttribute(Qt::WA_StyledBackground);
   container_->setFixedSize(kCardWidth, kCardHeight);
-  container_->setStyleSheet(
-      "QWidget#Container { background-color: #FFFFFF; border: 1px solid #EBEDF2; border-radius: 8px; }"
-      "QWidget#Progress { background-color: #E1EEFF; border-radius: 8px; }"
-      "QLabel#file_title { color: #000000; font-size: 14px; background: transparent; }"
-      "QLabel#file_sub_title { color: #7B818F; font-size: 12px; background: transparent; }"
-      "QPushButton#file_operation { border: none; background: transparent; }");
+  container_->setProperty("chat-card", "file");
   progress_ = new QWidget(container_);
   progress_->setObjectName("Progress");
   progress_->setAttribute(Qt::WA_StyledBackground);
@@ -74,6 +69,13 @@ QWidget* ChatFileItem::CreateMsgContent(QWidget* parent) {
   title_->setObjectName("file_title");
   sub_title_ = new QLabel(container_);
   sub_title_->setObjectName("file_sub_title");
+  // Sizes in code as well: the title is elided by these metrics.
+  QFont title_font = title_->font();
+  title_font.setPixelSize(14);
+  title_->setFont(title_font);
+  QFont sub_font = sub_title_->font();
+  sub_font.setPixelSize(12);
+  sub_title_->setFont(sub_font);
   texts->addWidget(title_);
   texts->addWidget(sub_title_);
   operation_ = new QPushButton(container_);

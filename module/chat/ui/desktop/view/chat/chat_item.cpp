@@ -89,8 +89,10 @@ int ChatItem::GetChatItemHeight(Variant const& message, int content_width) {
 }
 
 void ChatItem::SetMessageInfo(Variant const& message) {
-  setObjectName("ChatItem");
-  setStyleSheet("background-color: transparent;");
+  if (!frame_created_) {
+    setObjectName("ChatItem");
+    setStyleSheet("QWidget#ChatItem { background-color: transparent; }");
+  }
   const bool reused = !item_msg_id_.empty();
   message_ = message;
   is_from_self_ = message.GetBoolean(ChatMsgBaseInfoFields_kBooleanBaseInfoIsFromSelf, false);
@@ -131,7 +133,6 @@ void ChatItem::CreateFrame() {
   tail_layout->setSpacing(0);
   tail_label_ = new QLabel(tail_container_);
   tail_label_->setObjectName("msg_tail_label");
-  tail_label_->setStyleSheet("color: #F25555; font-size: 12px;");
   tail_label_->hide();
   tail_layout->addWidget(tail_label_);
 
@@ -158,7 +159,6 @@ void ChatItem::CreateFrame() {
   sender_label_ = new QFPlainLabel(sender_container_);
   sender_label_->setTextFormat(Qt::RichText);
   sender_label_->setProperty("label-style", "msg_sender_label");
-  sender_label_->setStyleSheet("color: #000000; font-size: 12px;");
 
   message_container_ = new QWidget(this);
   message_container_->setObjectName("ChatItem#message_container");
@@ -179,10 +179,11 @@ void ChatItem::CreateFrame() {
   more_btn_->setObjectName("more_btn");
   more_btn_->setFixedSize(20, 20);
   more_btn_->setCursor(Qt::PointingHandCursor);
-  more_btn_->setStyleSheet(
-      "QPushButton#more_btn { border: none; background: transparent;"
-      " image: url(:/images/chat/im_more_opt_icon_normal); }"
-      "QPushButton#more_btn:hover { image: url(:/images/chat/im_more_opt_icon_hover); }");
+  more_btn_->setFlat(true);
+  QIcon more_icon(TXQtUiUtil::GetHdpiImage(":/images/chat/im_more_opt_icon_normal"));
+  more_icon.addPixmap(TXQtUiUtil::GetHdpiImage(":/images/chat/im_more_opt_icon_hover"), QIcon::Active);
+  more_btn_->setIcon(more_icon);
+  more_btn_->setIconSize(QSize(20, 20));
   more_btn_->hide();
   // Keeps its place when hidden, so that hovering never moves the bubble.
   QSizePolicy keep = more_btn_->sizePolicy();

@@ -17,9 +17,7 @@ QWidget* ChatNoticeItem::CreateMsgContent(QWidget* parent) {
   auto* container = new QWidget(parent);
   container->setObjectName("Container");
   container->setAttribute(Qt::WA_StyledBackground);
-  container->setStyleSheet(
-      "QWidget#Container { background-color: #E9F3FF; border-radius: 8px; }"
-      "QLabel#notice_view_detail { color: #198CFF; font-size: 12px; }");
+  container->setProperty("chat-card", "notice");
   auto* layout = new QVBoxLayout(container);
   layout->setContentsMargins(12, 10, 12, 10);
   layout->setSpacing(6);

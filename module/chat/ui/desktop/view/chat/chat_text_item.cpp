@@ -63,8 +63,7 @@ void ChatTextItem::resizeEvent(QResizeEvent* event) {
 
 void ChatTextItem::UpdateBackground() {
   const char* color = is_from_self_ ? (is_selected_ ? "#177EE6" : "#198CFF") : (is_selected_ ? "#DDE1E5" : "#EBEDF2");
-  browser_->setStyleSheet(QString("TextBrowser { background-color: %1; border-radius: 6px; }")
-                              .arg(color));
+  browser_->SetBackground(QColor(color));
 }
 
 void ChatTextItem::SetSelected(bool selected, Variant const& record) {

@@ -14,14 +14,12 @@ ChatTipsItem::ChatTipsItem(QWidget* parent) : ChatItem(parent) {}
 QWidget* ChatTipsItem::CreateMsgContent(QWidget* parent) {
   auto* container = new QWidget(parent);
   container->setObjectName("MsgTipsContainer");
-  container->setStyleSheet("QWidget#MsgTipsContainer { background: transparent; }");
   auto* layout = new QHBoxLayout(container);
   layout->setContentsMargins(0, 0, 0, 0);
   tips_ = new QLabel(container);
   tips_->setObjectName("MsgTips");
   tips_->setAlignment(Qt::AlignCenter);
   tips_->setWordWrap(true);
-  tips_->setStyleSheet("QLabel#MsgTips { color: #8A8F99; font-size: 12px; }");
   layout->addWidget(tips_);
   return container;
 }

@@ -20,8 +20,6 @@ constexpr int kThumbQuality = 50;
 }  // namespace
 
 ImageAsycnBrowser::ImageAsycnBrowser(QWidget* parent) : QWidget(parent) {
-  setAttribute(Qt::WA_StyledBackground);
-  setStyleSheet("background: transparent; border-radius: 8px;");
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);

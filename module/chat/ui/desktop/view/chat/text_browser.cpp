@@ -2,6 +2,7 @@
 
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QPixmapCache>
 #include <QUrl>
 
@@ -13,6 +14,7 @@ namespace {
 constexpr int kEmojiSize = 22;
 constexpr int kLineHeight = 22;
 constexpr int kPixelSize = 14;
+constexpr qreal kBubbleRadius = 6;
 
 // Emoji images are shared by every row that shows them.
 QPixmap EmojiPixmap(QString const& path) {
@@ -31,7 +33,6 @@ QPixmap EmojiPixmap(QString const& path) {
 }  // namespace
 
 TextBrowser::TextBrowser(QWidget* parent) : QWidget(parent) {
-  setAttribute(Qt::WA_StyledBackground);
   auto* layout = new QHBoxLayout(this);
   layout->setSpacing(0);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -93,6 +94,21 @@ void TextBrowser::SetMaxTextWidth(int width) {
 void TextBrowser::Clear() {
   plain_text_.clear();
   label_->ClearContentSelection();
+}
+
+void TextBrowser::SetBackground(QColor const& color) {
+  if (color == background_) return;
+  background_ = color;
+  update();
+}
+
+void TextBrowser::paintEvent(QPaintEvent*) {
+  if (background_.alpha() == 0) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(background_);
+  painter.drawRoundedRect(QRectF(rect()), kBubbleRadius, kBubbleRadius);
 }
 
 QString TextBrowser::GetPlainText() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 #include <QVariantMap>
 #include <QWidget>
@@ -20,6 +21,9 @@ class TextBrowser : public QWidget {
   // Lays the same content out for another width.
   void SetMaxTextWidth(int width);
   void Clear();
+  // The bubble's colour, drawn with rounded corners behind the text.
+  void SetBackground(QColor const& color);
+  QColor const& background() const { return background_; }
 
   // The selected text, or the whole message when nothing is selected.
   QString GetPlainText();
@@ -36,4 +40,8 @@ class TextBrowser : public QWidget {
   RichTextLabel* label_ = nullptr;
   QString plain_text_;
   int max_text_width_ = 200;
+  QColor background_ = Qt::transparent;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
 };
