@@ -73,7 +73,9 @@ TEST_F(ChatItemsTest, HeightEstimateFollowsTheKindAndTheShell) {
 }
 
 TEST_F(ChatItemsTest, TextRowSizeHintGrowsWithItsLinesAndItsTail) {
+  talvex_test::LogCapture logs;
   auto short_row = Row(TextInfo("m1", "hello"));
+  EXPECT_FALSE(logs.Contains("empty rich blocks")) << "a new row never lays out nothing";
   ChatItem* item = short_row->item();
   ASSERT_NE(qobject_cast<ChatTextItem*>(item), nullptr);
   auto* text = static_cast<ChatTextItem*>(item);

@@ -88,7 +88,8 @@ void TextBrowser::SetContent(QList<QVariantMap> const& entries, bool is_self) {
 
 void TextBrowser::SetMaxTextWidth(int width) {
   max_text_width_ = qMax(1, width);
-  label_->UpdateRichText(max_text_width_, -1);
+  // Nothing to lay out before the first content.
+  if (!label_->source_blocks().empty()) label_->UpdateRichText(max_text_width_, -1);
 }
 
 void TextBrowser::Clear() {
