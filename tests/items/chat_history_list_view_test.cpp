@@ -265,6 +265,30 @@ TEST_F(HistoryListViewTest, CopyingSeveralRowsPutsTextAndHtmlOnTheClipboard) {
   EXPECT_FALSE(view_->list()->HasSelection());
 }
 
+TEST_F(HistoryListViewTest, ANarrowerPanelWrapsRowsAgainAndStaysAtTheBottom) {
+  Seed(20);
+  const std::string long_id = meeting_.messages().Post(sim::TextRecord(
+      kMeeting, kAvery, "A longer message that wraps onto more lines when the panel gets narrower than it was"));
+  Open();
+  ChatMessageListWidget* list = view_->list();
+  ChatMessageWidget* row = view_->RowWidgetOf(long_id);
+  ASSERT_NE(row, nullptr);
+  const int wide_height = list->ItemHeightAt(list->IndexOfItemWidget(row));
+  window_->resize(260, window_->height());
+  ASSERT_TRUE(talvex_test::WaitUntil([&] {
+    ChatMessageWidget* now = view_->RowWidgetOf(long_id);
+    return now && now->width() == list->viewport()->width() && Settled();
+  }));
+  QCoreApplication::processEvents();
+  row = view_->RowWidgetOf(long_id);
+  const int narrow_height = list->ItemHeightAt(list->IndexOfItemWidget(row));
+  EXPECT_GT(narrow_height, wide_height);
+  EXPECT_EQ(narrow_height, row->sizeHint().height());
+  EXPECT_EQ(view_->ItemHeightAtIndex(list, list->IndexOfItemWidget(row)), narrow_height)
+      << "a reload keeps the height measured at this width";
+  EXPECT_TRUE(list->IsScrollBottom());
+}
+
 TEST_F(HistoryListViewTest, OneSelectedRowCopiesItsOwnText) {
   Seed(1);
   const std::string a = meeting_.messages().Post(sim::TextRecord(kMeeting, kAvery, "just this one"));

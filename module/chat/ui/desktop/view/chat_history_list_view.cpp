@@ -89,8 +89,31 @@ QWidget* ChatHistoryListView::BuildFrame(QWidget* parent, Variant* params) {
   layout->addWidget(list_);
   unread_widget_ = new ChatUnreadMsgWidget(container_);
   unread_widget_->hide();
-  container_->installEventFilter(new ResizeWatcher(container_, [this] { LayoutUnreadWidget(); }));
+  container_->installEventFilter(new ResizeWatcher(container_, [this] {
+    LayoutUnreadWidget();
+    OnWidthMaybeChanged();
+  }));
   return container_;
+}
+
+void ChatHistoryListView::OnWidthMaybeChanged() {
+  if (!list_ || relayout_pending_) return;
+  relayout_pending_ = true;
+  // After the layout has given the list its new size; several resizes make one pass.
+  QTimer::singleShot(0, guard_.get(), [this] {
+    relayout_pending_ = false;
+    if (!list_ || items_.empty() || list_->viewport()->width() == laid_out_width_) return;
+    laid_out_width_ = list_->viewport()->width();
+    // Rows wrap differently at another width: measure them again, keeping
+    // the bottom, or the row being read, where it was.
+    if (list_->IsScrollBottom()) {
+      Reload(-2, 0);
+      return;
+    }
+    int offset = 0;
+    const int anchor = list_->GetFirstFullyVisibleItem(&offset);
+    Reload(anchor >= 0 ? anchor : -1, anchor >= 0 ? offset : 0);
+  });
 }
 
 void ChatHistoryListView::LayoutUnreadWidget() {
@@ -434,6 +457,7 @@ void ChatHistoryListView::FlushUpdates() {
 
 void ChatHistoryListView::Reload(int target_index, int offset) {
   ++reload_count_;
+  laid_out_width_ = list_->viewport()->width();
   list_->Reload(target_index, offset);
 }
 

@@ -76,6 +76,7 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   void SendSnap(bool snap);
   void RebuildIndex();
   void LayoutUnreadWidget();
+  void OnWidthMaybeChanged();
   std::string IdAt(int index) const;
   ChatMessageView* RowViewOf(QFReuseWidget* widget) const;
   void BindRow(ChatMessageView* view, std::string const& msg_id);
@@ -97,6 +98,8 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   std::unordered_map<QFReuseWidget*, std::shared_ptr<ChatMessageView>> row_views_;
   int reload_count_ = 0;
   int heights_width_ = -1;
+  int laid_out_width_ = -1;
+  bool relayout_pending_ = false;
 };
 
 }  // namespace QtView
