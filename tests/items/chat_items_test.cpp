@@ -203,6 +203,50 @@ TEST_F(ChatItemsTest, SpinnerWaitsASecondSoThatFastSendsNeverShowIt) {
   EXPECT_FALSE(slow->item()->status_icon()->IsRotating());
 }
 
+TEST_F(ChatItemsTest, HoverOffersTheMoreButtonAndPressesReportMenus) {
+  Variant info = TextInfo("m1", "hello", "Alex Morgan", true);
+  info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMoreOptBtnTips, "More");
+  auto row = Row(info);
+  row->resize(kRowWidth, row->sizeHint().height());
+  row->show();
+  ChatItem* item = row->item();
+  QPushButton* more = item->more_button();
+  ASSERT_NE(more, nullptr);
+  EXPECT_TRUE(more->isHidden());
+  QEvent enter(QEvent::Enter);
+  QApplication::sendEvent(item, &enter);
+  EXPECT_FALSE(more->isHidden());
+  EXPECT_EQ(more->toolTip(), "More");
+
+  std::vector<Variant> menus;
+  QObject::connect(item, &ChatItem::OnCustomContextMenuRequested, [&](Variant const& p) { menus.push_back(p); });
+  more->click();
+  ASSERT_EQ(menus.size(), 1u);
+  Variant const params = menus[0];
+  EXPECT_TRUE(params.GetBoolean("from_more"));
+  EXPECT_TRUE(params.GetBoolean("is_self"));
+  EXPECT_EQ(params.GetString("msg_id"), "m1");
+
+  // While its menu is open the button stays; otherwise leaving hides it.
+  item->SetMenuOpen(true);
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(item, &leave);
+  EXPECT_FALSE(more->isHidden());
+  item->SetMenuOpen(false);
+  QApplication::sendEvent(item, &leave);
+  EXPECT_TRUE(more->isHidden());
+
+  // A press on the sender's avatar asks for the avatar's menu.
+  std::vector<Variant> avatar;
+  QObject::connect(item, &ChatItem::ChatItemMenuRequested, [&](Variant const& p) { avatar.push_back(p); });
+  QWidget* own_avatar = item->right_avatar();
+  QTest::mousePress(item, Qt::LeftButton, Qt::NoModifier, own_avatar->geometry().center());
+  ASSERT_EQ(avatar.size(), 1u);
+  EXPECT_EQ(avatar[0].GetString("msg_id"), "m1");
+  QTest::mousePress(item, Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
+  EXPECT_EQ(avatar.size(), 1u) << "a press elsewhere is no avatar press";
+}
+
 class UrlCatcher : public QObject {
   Q_OBJECT
 

@@ -210,6 +210,7 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
   if (ChatMessageView* view = RowViewOf(cached)) {
     cached->setFixedWidth(list->viewport()->width());
     BindRow(view, msg_id);
+    RestoreSelection(list, index, static_cast<ChatMessageWidget*>(cached));
     return cached;
   }
   int view_model_type = 0;
@@ -254,7 +255,19 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
   params.Set("template_type", template_type_);
   // Building binds the row: its view model finds the message as it attaches.
   view->Build(shared_from_this(), list->ContentWidget(), &params, true);
+  RestoreSelection(list, index, row);
   return row;
+}
+
+void ChatHistoryListView::RestoreSelection(ChatReuseListWidget* list, int index, ChatMessageWidget* row) {
+  if (!row || !row->item()) return;
+  // A row that comes back into view shows the part of the selection it holds.
+  const Variant record = list->ItemSelectionRecord(index);
+  if (!record.IsNull()) {
+    row->item()->SetSelected(true, record);
+  } else if (row->item()->is_selected()) {
+    row->item()->SetSelected(false, Variant());
+  }
 }
 
 void ChatHistoryListView::BindRow(ChatMessageView* view, std::string const& msg_id) {

@@ -80,6 +80,7 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   std::string IdAt(int index) const;
   ChatMessageView* RowViewOf(QFReuseWidget* widget) const;
   void BindRow(ChatMessageView* view, std::string const& msg_id);
+  void RestoreSelection(ChatReuseListWidget* list, int index, ChatMessageWidget* row);
   void Reload(int target_index, int offset);
 
   QPointer<QWidget> container_;
