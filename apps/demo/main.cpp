@@ -17,6 +17,7 @@
 #include "meeting_window.h"
 #include "module_host.h"
 #include "sim/meeting_sim.h"
+#include "sim/scripted_participants.h"
 #include "uikit/qt_ui_service.h"
 
 namespace {
@@ -87,11 +88,15 @@ int main(int argc, char** argv) {
   const bool loaded = host.Load(library);
   window.RefreshModuleStatus(loaded ? "Loaded from " + library + " and activated."
                                     : "Not loaded: " + host.error());
+  // The chat panel as the client hosts it, with people chatting in the meeting.
+  sim::ScriptedParticipants participants(meeting);
+  if (loaded && window.ShowChatPanel() > 0) participants.Start(headless ? 280 : 1500);
   window.show();
 
   int rc = loaded ? 0 : 1;
   if (headless) {
-    QTimer::singleShot(400, &window, [&] {
+    // A few seconds of chat traffic before the picture is taken.
+    QTimer::singleShot(5200, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
       if (!window.grab().save(shot)) rc = 1;
@@ -104,6 +109,8 @@ int main(int argc, char** argv) {
   }
   app.exec();
 
+  participants.Stop();
+  window.DisposeChatPanel();
   host.Unload();
   meeting.Uninstall();
   base::threading::LooperThread::ShutdownFileLooper();

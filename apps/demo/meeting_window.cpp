@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <cmath>
@@ -16,6 +17,7 @@
 #include "framework/navigation/routing.h"
 #include "framework/web/web_plugin.h"
 #include "sim/meeting_sim.h"
+#include "uikit/extension/extension_host_widget.h"
 
 namespace {
 
@@ -103,6 +105,10 @@ MeetingWindow::MeetingWindow(sim::MeetingSimulator& meeting, QWidget* parent) : 
       "QWidget#meeting_toolbar QPushButton:hover { background: #32333a; }"
       "QPushButton#leave_button { background: #dc2626; color: white; }"
       "QWidget#side_panel { background: #f7f7f8; }"
+      "QTabWidget#side_tabs::pane { border: none; border-left: 1px solid #26272d; background: white; }"
+      "QTabWidget#side_tabs QTabBar::tab { background: #17181c; color: #a1a1aa; padding: 8px 18px;"
+      "  border: none; font-size: 13px; }"
+      "QTabWidget#side_tabs QTabBar::tab:selected { background: white; color: #18181b; font-weight: 600; }"
       "QLabel#panel_title { font-size: 15px; font-weight: 600; color: #18181b; }"
       "QLabel#module_state { color: #047857; font-size: 12px; }"
       "QTreeWidget, QPlainTextEdit { background: white; border: 1px solid #e4e4e7; border-radius: 6px;"
@@ -120,7 +126,14 @@ MeetingWindow::MeetingWindow(sim::MeetingSimulator& meeting, QWidget* parent) : 
                   1);
   left->addWidget(BuildToolbar());
   root->addLayout(left, 1);
-  root->addWidget(BuildSidePanel());
+  tabs_ = new QTabWidget(this);
+  tabs_->setObjectName("side_tabs");
+  tabs_->setFixedWidth(380);
+  tabs_->setDocumentMode(true);
+  chat_panel_ = new ExtensionHostWidget("contributes:app.chat_full", tabs_);
+  tabs_->addTab(chat_panel_, "Chat");
+  tabs_->addTab(BuildSidePanel(), "Module");
+  root->addWidget(tabs_);
   resize(1280, 760);
 }
 
@@ -149,7 +162,6 @@ QWidget* MeetingWindow::BuildSidePanel() {
   auto* panel = new QWidget(this);
   panel->setObjectName("side_panel");
   panel->setAttribute(Qt::WA_StyledBackground);
-  panel->setFixedWidth(380);
   auto* layout = new QVBoxLayout(panel);
   layout->setContentsMargins(16, 16, 16, 16);
   layout->setSpacing(8);
@@ -236,3 +248,11 @@ QString MeetingWindow::StatusText() const {
   }
   return lines.join('\n');
 }
+
+int MeetingWindow::ShowChatPanel() {
+  const int built = chat_panel_->Populate();
+  tabs_->setCurrentWidget(chat_panel_);
+  return built;
+}
+
+void MeetingWindow::DisposeChatPanel() { chat_panel_->Clear(); }

@@ -7,6 +7,8 @@ class QLabel;
 class QHBoxLayout;
 class QPlainTextEdit;
 class QTreeWidget;
+class QTabWidget;
+class ExtensionHostWidget;
 
 namespace sim {
 class MeetingSimulator;
@@ -27,7 +29,8 @@ class StageWidget : public QWidget {
 
 // The demo client's meeting window: the stage, the toolbar (with the
 // buttons modules contribute) and a right-hand panel that shows what the
-// chat module registered with the client.
+// chat module registered with the client, beside the chat panel that the
+// module contributes.
 class MeetingWindow : public QWidget {
   Q_OBJECT
  public:
@@ -36,6 +39,12 @@ class MeetingWindow : public QWidget {
   void RefreshModuleStatus(QString const& module_state);
   // A readable account of everything in the status panel.
   QString StatusText() const;
+  // Hosts what the loaded modules contribute to the chat panel; returns the
+  // number of views built.
+  int ShowChatPanel();
+  // Gives the chat panel's views back before the module unloads.
+  void DisposeChatPanel();
+  ExtensionHostWidget* chat_panel() const { return chat_panel_; }
 
  private:
   QWidget* BuildToolbar();
@@ -47,4 +56,6 @@ class MeetingWindow : public QWidget {
   QLabel* module_state_ = nullptr;
   QTreeWidget* registry_ = nullptr;
   QPlainTextEdit* journal_ = nullptr;
+  QTabWidget* tabs_ = nullptr;
+  ExtensionHostWidget* chat_panel_ = nullptr;
 };

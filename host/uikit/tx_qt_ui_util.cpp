@@ -1,6 +1,8 @@
 #include "uikit/tx_qt_ui_util.h"
 
 #include <QApplication>
+#include <QGuiApplication>
+#include <QPixmapCache>
 #include <QDir>
 #include <QFileInfo>
 #include <QResource>
@@ -29,4 +31,40 @@ QWidget* TXQtUiUtil::ActiveMainWindow() {
     if (widget->isVisible() && widget->property("talvex_main_window").toBool()) return widget;
   }
   return nullptr;
+}
+
+QPixmap TXQtUiUtil::GetHdpiImage(QString const& path, qreal device_pixel_ratio) {
+  qreal ratio = device_pixel_ratio;
+  if (ratio <= 0) ratio = qApp ? qApp->devicePixelRatio() : 1.0;
+  // Rows ask for the same icons again and again: decode each once.
+  const QString key = QString("hdpi:%1@%2").arg(path).arg(ratio);
+  QPixmap cached;
+  if (QPixmapCache::find(key, &cached)) return cached;
+  QPixmap pixmap = LoadHdpiImage(path, ratio);
+  if (!pixmap.isNull()) QPixmapCache::insert(key, pixmap);
+  return pixmap;
+}
+
+QPixmap TXQtUiUtil::LoadHdpiImage(QString const& path, qreal ratio) {
+  QPixmap pixmap;
+  if (ratio > 1.0) {
+    const int dot = path.lastIndexOf('.');
+    const QString hdpi = dot > path.lastIndexOf('/') ? path.left(dot) + "@2x" + path.mid(dot) : path + "@2x";
+    if (pixmap.load(hdpi)) {
+      pixmap.setDevicePixelRatio(2.0);
+      return pixmap;
+    }
+  }
+  pixmap.load(path);
+  return pixmap;
+}
+
+void TXQtUiUtil::CenterToWidget(QWidget* widget, QWidget* target) {
+  if (!widget || !target) return;
+  QPoint center = target->rect().center();
+  if (widget->parentWidget() != target) {
+    center = target->mapTo(widget->parentWidget() ? widget->parentWidget()->window() : target->window(), center);
+    if (widget->parentWidget()) center = widget->parentWidget()->mapFrom(widget->parentWidget()->window(), center);
+  }
+  widget->move(center.x() - widget->width() / 2 + 1, center.y() - widget->height() / 2 + 1);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPixmap>
+#include <QString>
 #include <string>
 
 class QWidget;
@@ -12,4 +14,11 @@ class TXQtUiUtil {
   static bool LoadQtModuleResource(std::string const& resource_file, std::string const& module_path);
   // The top-level window a transient widget (toast, alert) should stand over.
   static QWidget* ActiveMainWindow();
+  // The image at `path` for the screen's pixel ratio: "name@2x.ext" beside
+  // it when the ratio is above 1 and that file exists. A null pixmap when
+  // neither loads.
+  static QPixmap GetHdpiImage(QString const& path, qreal device_pixel_ratio = 0);
+  static QPixmap LoadHdpiImage(QString const& path, qreal ratio);
+  // Moves `widget` so that it stands in the middle of `target`.
+  static void CenterToWidget(QWidget* widget, QWidget* target);
 };

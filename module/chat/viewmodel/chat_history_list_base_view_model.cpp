@@ -218,6 +218,9 @@ void ChatHistoryListBaseViewModel::HandleAction(uint32_t action, Variant const* 
     case kActionScrollPosition:
       HandleIsScrollBottom(params);
       return;
+    case kActionGetMimeData:
+      HandleGetMimeData(params);
+      return;
     default:
       talvex::ExtensionViewModel::HandleAction(action, params);
   }
@@ -804,6 +807,58 @@ void ChatHistoryListBaseViewModel::OnJoinComplete(Variant const* payload) {
     UpdateMessageList(Array(), kUpdateReset);
   }
   OnJoinCompleted();
+}
+
+}  // namespace chat
+
+namespace chat {
+
+void ChatHistoryListBaseViewModel::HandleGetMimeData(Variant const* params) {
+  if (!params || !params->IsArray()) {
+    TXLOG_ERROR << "<IM> mime data wants an array of message ids";
+    return;
+  }
+  Variant entries = Array();
+  for (auto const& id : params->AsArray()) {
+    auto record = talvex::ChatUtils::GetMsgInfoPtrById(id.IsString() ? id.AsStr() : id.ToString());
+    if (!record) continue;
+    const int chat_type = record->GetInt32("chat_type", 0);
+    const bool recalled = record->GetInt32("message_status") == 6;
+    Variant const& content = record->Has("ui_msg_content") ? record->Get("ui_msg_content") : record->Get("msg_content");
+    Variant entry = Map();
+    if (chat_type != -1 && !recalled) {
+      Variant const& sender = record->Has("msg_sender") ? record->Get("msg_sender") : record->Get("message_sender");
+      entry.Set("nickname", sender.GetString("nickname"));
+    }
+    std::string text;
+    if (recalled) {
+      continue;
+    } else if (chat_type == 4) {
+      for (char const* key : {"orig_path", "large_path", "thumb_path", "send_orig_path"}) {
+        const std::string path = content.GetString(key);
+        if (!path.empty()) {
+          entry.Set("img", path);
+          break;
+        }
+      }
+      text = GetLocalizedString(framework::NameId("chat.message.image"));
+      if (text.empty()) text = "[Image]";
+    } else if (chat_type == 8) {
+      text = content.GetString("title", content.GetString("name"));
+    } else if (content.IsArray()) {
+      for (auto const& item : content.AsArray()) {
+        text += item.GetInt32("item_type", 0) == 1 ? item.GetString("item_emoji_text") : item.GetString("item_content");
+      }
+    } else if (content.IsMap()) {
+      text = content.GetString("item_content", content.GetString("item_emoji_text"));
+    }
+    entry.Set("text", text);
+    if (record->GetInt32("message_status", 2) == 3) {
+      entry.Set("tail", GetLocalizedString(framework::NameId("chat.message.not_sent")));
+    }
+    entries.Add(std::move(entry));
+  }
+  SetPropValue(kPropMimeData, std::move(entries));
 }
 
 }  // namespace chat

@@ -20,11 +20,16 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   static constexpr uint32_t kPropUnreadTip = 0xc9454;
   static constexpr uint32_t kPropChatPaneType = 0xa3714;
   static constexpr uint32_t kPropListAttached = 0x41385;
+  // The text of several messages for the clipboard: an array of maps with
+  // "nickname", "text", "html", "img" and "tail".
+  static constexpr uint32_t kPropMimeData = framework::NameId("ChatHistoryList.MimeData");
   // Actions.
   static constexpr uint32_t kActionSetAnchor = 0x6863a;
   static constexpr uint32_t kActionClickUnreadTip = 0xd66e8;
   static constexpr uint32_t kActionGetMore = 0xe44d9;
   static constexpr uint32_t kActionScrollPosition = 0xeb43c;
+  // Payload: the array of message ids to copy, in list order.
+  static constexpr uint32_t kActionGetMimeData = framework::NameId("ChatHistoryList.GetMimeData");
   // Update types of the list prop.
   enum UpdateType : int {
     kUpdateAppend = 0,
@@ -99,6 +104,7 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   void HandleClickUnreadTip();
   void HandleIsScrollBottom(Variant const* params);
   void HandleGetMoreMsgList(Variant const* params);
+  void HandleGetMimeData(Variant const* params);
   void ShowSendError(int code, int chat_type, std::string const& error_msg);
   void Toast(std::string const& text);
   // The meeting id to keep the list for: the main meeting in a breakout room.

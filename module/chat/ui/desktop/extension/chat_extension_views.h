@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chat/ui/desktop/extension/chatting_panel_show_view.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_view.h"
 #include "chat/ui/desktop/view/extension_frame_view.h"
 
@@ -16,7 +17,6 @@ namespace QtView {
 
 CHAT_EXTENSION_VIEW(InMeetingBulletQTView);
 CHAT_EXTENSION_VIEW(ChatIconExtensionView);
-CHAT_EXTENSION_VIEW(ChattingPanelShowView);
 CHAT_EXTENSION_VIEW(ChatPanelSendFileIconView);
 CHAT_EXTENSION_VIEW(ChatPanelSendImageIconView);
 CHAT_EXTENSION_VIEW(ChatPanelSendNoticeView);

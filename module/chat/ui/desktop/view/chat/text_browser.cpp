@@ -1,0 +1,131 @@
+#include "chat/ui/desktop/view/chat/text_browser.h"
+
+#include <QDesktopServices>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPixmapCache>
+#include <QUrl>
+
+#include "base/log/log.h"
+#include "chat/ui/desktop/view/rich_text/rich_text_label.h"
+
+namespace {
+
+constexpr int kEmojiSize = 22;
+constexpr int kLineHeight = 22;
+constexpr int kPixelSize = 14;
+constexpr qreal kBubbleRadius = 6;
+
+// Emoji images are shared by every row that shows them.
+QPixmap EmojiPixmap(QString const& path) {
+  QPixmap pixmap;
+  if (path.isEmpty()) return pixmap;
+  if (QPixmapCache::find("emoji:" + path, &pixmap)) return pixmap;
+  QPixmap loaded;
+  if (loaded.load(path)) {
+    pixmap = loaded.scaled(kEmojiSize * 2, kEmojiSize * 2, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    pixmap.setDevicePixelRatio(2.0);
+    QPixmapCache::insert("emoji:" + path, pixmap);
+  }
+  return pixmap;
+}
+
+}  // namespace
+
+TextBrowser::TextBrowser(QWidget* parent) : QWidget(parent) {
+  auto* layout = new QHBoxLayout(this);
+  layout->setSpacing(0);
+  layout->setContentsMargins(0, 0, 0, 0);
+  label_ = new RichTextLabel(this);
+  label_->setObjectName("Content");
+  label_->setAccessibleName("content");
+  label_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(label_, &QWidget::customContextMenuRequested, this, [this] { emit ContextMenuRequested(); });
+  connect(label_, &RichTextLabel::ClickText, this, [](RichTextBlock block, QString text) {
+    Q_UNUSED(text);
+    if (block.text) OnClickLinkText(block.text->content);
+  });
+  layout->addWidget(label_);
+}
+
+void TextBrowser::SetContent(QList<QVariantMap> const& entries, bool is_self) {
+  const QString color = is_self ? "#FFFFFF" : "#000000";
+  const QString selection = is_self ? "#549EFF" : "#ABD0FF";
+  plain_text_.clear();
+  std::vector<RichTextBlock> blocks;
+  blocks.reserve(entries.size());
+  for (QVariantMap const& entry : entries) {
+    if (entry.value("emoji").toBool()) {
+      plain_text_ += entry.value("face_type").toString();
+      RichTextBlock block(EmojiPixmap(entry.value("path").toString()), QMargins(), QSize(kEmojiSize, kEmojiSize));
+      block.pixmap->alt_text = entry.value("title").toString();
+      block.pixmap->ellipsis_color = color;
+      blocks.push_back(std::move(block));
+      continue;
+    }
+    const QString text = entry.value("text").toString();
+    if (text.isEmpty()) continue;
+    plain_text_ += text;
+    RichTextBlock block(RichTextBlock::kText, RichTextBlock::kAlignCenter, QSize(0, kLineHeight));
+    block.text = std::make_shared<RichTextPropertyText>();
+    block.text->content = text;
+    block.text->pixel_size = kPixelSize;
+    // Runs wrap over as many lines as they need.
+    block.text->max_lines = -1;
+    if (entry.value("link").toBool()) {
+      block.text->underline = true;
+      block.text->clickable = true;
+      block.text->color = entry.value("link_color").toString();
+      block.margins = QMargins(2, 0, 2, 0);
+    } else {
+      block.text->color = color;
+    }
+    blocks.push_back(std::move(block));
+  }
+  label_->SetRichText(blocks, max_text_width_, -1);
+  label_->SetContentSelectable(true, false, selection);
+}
+
+void TextBrowser::SetMaxTextWidth(int width) {
+  max_text_width_ = qMax(1, width);
+  // Nothing to lay out before the first content.
+  if (!label_->source_blocks().empty()) label_->UpdateRichText(max_text_width_, -1);
+}
+
+void TextBrowser::Clear() {
+  plain_text_.clear();
+  label_->ClearContentSelection();
+}
+
+void TextBrowser::SetBackground(QColor const& color) {
+  if (color == background_) return;
+  background_ = color;
+  update();
+}
+
+void TextBrowser::paintEvent(QPaintEvent*) {
+  if (background_.alpha() == 0) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(background_);
+  painter.drawRoundedRect(QRectF(rect()), kBubbleRadius, kBubbleRadius);
+}
+
+QString TextBrowser::GetPlainText() {
+  if (label_->HasContentSelection()) {
+    const QString selected = label_->CopyContentSelection();
+    if (!selected.isEmpty()) {
+      TXLOG_INFO << "selection:" << selected.toStdString();
+      return selected;
+    }
+  }
+  TXLOG_INFO << "plain text:" << plain_text_.toStdString();
+  return plain_text_;
+}
+
+void TextBrowser::OnClickLinkText(QString const& text) {
+  QString link = text.trimmed();
+  if (!link.startsWith("http://") && !link.startsWith("https://")) link.prepend("https://");
+  QDesktopServices::openUrl(QUrl(link));
+}

@@ -1,0 +1,200 @@
+#include "sim/scripted_participants.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QTimer>
+
+#include "base/log/log.h"
+#include "framework/chat/chat_file_utils.h"
+#include "framework/chat/chat_utils.h"
+#include "sim/chat_records.h"
+#include "sim/meeting_sim.h"
+
+namespace sim {
+
+namespace {
+
+const Sender kPeople[] = {
+    {"u-avery", "Avery Quinn"},
+    {"u-jordan", "Jordan Blake"},
+    {"u-sam", "Sam Rivera"},
+    {"u-morgan", "Morgan Ellis"},
+    {"u-host", "Riley Chen (Host)"},
+};
+const Sender kSelf{"u-self", "Alex Morgan"};
+
+Variant Element(std::initializer_list<std::pair<char const*, Variant>> fields) {
+  Variant element(base::variant::kVariantTypeMap);
+  for (auto const& [key, value] : fields) element.Set(key, value);
+  return element;
+}
+
+}  // namespace
+
+ScriptedParticipants::ScriptedParticipants(MeetingSimulator& meeting, QObject* parent)
+    : QObject(parent), meeting_(meeting) {
+  timer_ = new QTimer(this);
+  connect(timer_, &QTimer::timeout, this, &ScriptedParticipants::RunStep);
+  BuildScript();
+}
+
+ScriptedParticipants::~ScriptedParticipants() = default;
+
+void ScriptedParticipants::Start(int step_ms) {
+  meeting_.faces().Load();
+  timer_->start(step_ms);
+}
+
+void ScriptedParticipants::Stop() { timer_->stop(); }
+
+void ScriptedParticipants::RunStep() {
+  if (next_step_ >= steps_.size()) {
+    timer_->stop();
+    return;
+  }
+  steps_[next_step_++]();
+}
+
+std::string ScriptedParticipants::Text(int who, std::string const& text) {
+  const std::string id = meeting_.messages().Post(TextRecord(meeting_.meeting().meeting_id(), kPeople[who], text));
+  if (!id.empty()) posted_.push_back(id);
+  return id;
+}
+
+bool ScriptedParticipants::DrawPicture(std::string const& path, int width, int height, int seed) {
+  QImage image(width, height, QImage::Format_RGB32);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  // A sky, hills and a sun, coloured by the seed: something a person might share.
+  static const QColor skies[][2] = {{QColor("#7FB8F0"), QColor("#E8F2FC")},
+                                    {QColor("#F3A76B"), QColor("#FCE3C4")},
+                                    {QColor("#5C6BC0"), QColor("#C5CAE9")}};
+  auto const& sky = skies[seed % 3];
+  QLinearGradient gradient(0, 0, 0, height);
+  gradient.setColorAt(0, sky[0]);
+  gradient.setColorAt(1, sky[1]);
+  painter.fillRect(image.rect(), gradient);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(255, 244, 200));
+  painter.drawEllipse(QPointF(width * 0.75, height * 0.3), height * 0.09, height * 0.09);
+  const QColor hills[] = {QColor("#6BAF6B"), QColor("#4E8F55"), QColor("#3B7345")};
+  for (int i = 0; i < 3; ++i) {
+    QPainterPath path;
+    const double base = height * (0.62 + 0.1 * i);
+    path.moveTo(0, height);
+    path.lineTo(0, base);
+    for (int x = 0; x <= width; x += width / 8) {
+      path.lineTo(x, base - height * 0.08 * ((x / (width / 8) + i + seed) % 3));
+    }
+    path.lineTo(width, height);
+    painter.setBrush(hills[i]);
+    painter.drawPath(path);
+  }
+  painter.end();
+  QDir().mkpath(QFileInfo(QString::fromStdString(path)).absolutePath());
+  return image.save(QString::fromStdString(path), "PNG");
+}
+
+std::string ScriptedParticipants::Image(int who, int width, int height, int seed) {
+  const std::string meeting_id = meeting_.meeting().meeting_id();
+  const std::string image_id = "demo-image-" + std::to_string(++image_count_);
+  // The picture arrives already downloaded: it lies where the client keeps chat images.
+  if (!DrawPicture(talvex::ChatUtils::GetOriginalPicFileName(image_id, meeting_id), width, height, seed)) {
+    TXLOG_WARN << "demo picture not written";
+    return std::string();
+  }
+  Variant content(base::variant::kVariantTypeArray);
+  content.Add(Element({{"image_elem_orig_url", Variant("https://images.talvex.example/" + image_id)},
+                       {"image_elem_orig_id", Variant(image_id)},
+                       {"image_elem_orig_pic_width", Variant(width)},
+                       {"image_elem_orig_pic_height", Variant(height)},
+                       {"image_elem_thumb_url", Variant("https://images.talvex.example/thumb/" + image_id)},
+                       {"image_elem_thumb_id", Variant(image_id + "-thumb")}}));
+  const std::string id = meeting_.messages().Post(ChatRecord(meeting_id, kPeople[who], 4, content));
+  if (!id.empty()) posted_.push_back(id);
+  return id;
+}
+
+std::string ScriptedParticipants::File(int who, std::string const& name, int64_t size) {
+  Variant ext(base::variant::kVariantTypeMap);
+  Variant info(base::variant::kVariantTypeMap);
+  info.Set("name", name);
+  info.Set("size", size);
+  info.Set("status", 5);
+  info.Set("progress", 0.0);
+  info.Set("id", "demo-file-" + name);
+  ext.Set("file_info", info);
+  const std::string id =
+      meeting_.messages().Post(ChatRecord(meeting_.meeting().meeting_id(), kPeople[who], 8, Variant(), false, ext));
+  if (!id.empty()) posted_.push_back(id);
+  return id;
+}
+
+void ScriptedParticipants::AdvanceFile(std::string const& msg_id, int status, double progress) {
+  meeting_.messages().Update(msg_id, [&](Variant& record) {
+    Variant& content = record["ui_msg_content"];
+    const int64_t size = content.GetInteger("size");
+    content.Set("status", status);
+    content.Set("progress", progress);
+    std::string sub_title = talvex::ChatFileUtils::DisplayFileSize(size);
+    if (status == 7) {
+      sub_title = talvex::ChatFileUtils::DisplayFileSize(static_cast<int64_t>(size * progress)) + "/" + sub_title;
+    }
+    if (status == 9) {
+      // The download ends in a real file in today's chat folder.
+      const QString folder = QString::fromStdString(talvex::ChatFileUtils::GetChatFileDateDirPath());
+      const QString path = QDir(folder).filePath(QString::fromStdString(content.GetString("title")));
+      QFile file(path);
+      if (file.open(QIODevice::WriteOnly)) file.write(QByteArray(static_cast<int>(std::min<int64_t>(size, 1 << 20)), 'x'));
+      content.Set("path", path.toStdString());
+    }
+    content.Set("sub_title", sub_title);
+    record["ext_content"]["file_info"].Set("status", status);
+    record["ext_content"]["file_info"].Set("progress", progress);
+  });
+}
+
+void ScriptedParticipants::BuildScript() {
+  auto file_id = std::make_shared<std::string>();
+  auto recalled = std::make_shared<std::string>();
+  steps_ = {
+      [this] { Text(4, "Welcome, everyone! We'll start in a minute."); },
+      [this] { Text(0, "Morning all [Smile] the agenda is at www.talvex-demo.org/agenda"); },
+      [this] { Text(1, "Thanks Avery! I've put the slides in the shared folder too."); },
+      [this] { Image(2, 960, 600, 0); },
+      [this] { Text(2, "That's the view from the offsite venue [Cool]"); },
+      [this, file_id] { *file_id = File(1, "Q3-roadmap.pdf", 3 * 1024 * 1024 + 400 * 1024); },
+      [this, file_id] { AdvanceFile(*file_id, 7, 0.25); },
+      [this, recalled] { *recalled = Text(3, "oops, wrong chat window"); },
+      [this, file_id] { AdvanceFile(*file_id, 7, 0.6); },
+      [this, recalled] { meeting_.messages().Revoke(*recalled); },
+      [this] {
+        Variant content(base::variant::kVariantTypeArray);
+        content.Add(Element({{"item_type", Variant(0)},
+                             {"item_content", Variant(std::string(
+                                  "Meeting notice: please keep your microphone muted while others present. "
+                                  "Questions go in the chat; we'll take them at the end of each section."))}}));
+        const std::string id =
+            meeting_.messages().Post(ChatRecord(meeting_.meeting().meeting_id(), kPeople[4], 6, content));
+        if (!id.empty()) posted_.push_back(id);
+      },
+      [this, file_id] { AdvanceFile(*file_id, 9, 1.0); },
+      [this] {
+        // One's own message that did not go out.
+        Variant record = TextRecord(meeting_.meeting().meeting_id(), kSelf, "Can everyone hear me?", true);
+        record.Set("message_status", 3);
+        const std::string id = meeting_.messages().Post(record);
+        if (!id.empty()) posted_.push_back(id);
+      },
+      [this] { Text(0, "Yes, loud and clear [ThumbsUp]"); },
+      [this] { Image(1, 600, 800, 2); },
+      [this] { Text(3, "Great picture! Details on https://www.talvex-demo.org/offsite"); },
+  };
+}
+
+}  // namespace sim

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <string>
+#include <vector>
+
+class QTimer;
+
+namespace sim {
+
+class MeetingSimulator;
+
+// People in the simulated meeting who chat on their own: text with links and
+// emoji, pictures (drawn at run time into the user's cache), a file that
+// downloads over a few seconds, the meeting's notice, a message taken back
+// and one's own message that failed to send.
+class ScriptedParticipants : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit ScriptedParticipants(MeetingSimulator& meeting, QObject* parent = nullptr);
+  ~ScriptedParticipants() override;
+
+  // Plays the script, one step every `step_ms`.
+  void Start(int step_ms = 350);
+  void Stop();
+  bool finished() const { return next_step_ >= steps_.size(); }
+  // Messages posted so far, in order.
+  std::vector<std::string> const& posted() const { return posted_; }
+
+  // Writes a picture of `width` by `height` to `path`, drawn from `seed`.
+  static bool DrawPicture(std::string const& path, int width, int height, int seed);
+
+ private:
+  void BuildScript();
+  void RunStep();
+  std::string Text(int who, std::string const& text);
+  std::string Image(int who, int width, int height, int seed);
+  std::string File(int who, std::string const& name, int64_t size);
+  void AdvanceFile(std::string const& msg_id, int status, double progress);
+
+  MeetingSimulator& meeting_;
+  QTimer* timer_ = nullptr;
+  std::vector<std::function<void()>> steps_;
+  size_t next_step_ = 0;
+  std::vector<std::string> posted_;
+  int image_count_ = 0;
+};
+
+}  // namespace sim
