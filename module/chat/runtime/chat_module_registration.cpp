@@ -5,6 +5,7 @@
 #include "base/log/log.h"
 #include "chat/runtime/chat_ids.h"
 #include "chat/runtime/chat_module_runtime.h"
+#include "chat/ui/desktop/chat_resources.h"
 #include "chat/ui/desktop/controller/page_controller.h"
 #include "chat/ui/desktop/extension/chat_extension_views.h"
 #include "chat/web/web_view_meeting_chat_plugin.h"
@@ -182,6 +183,7 @@ void RegisterRuntimeAndExtensions() {
 }
 
 void RegisterUILoader() {
+  InitChatResources();
   auto const& manifest = ChatModuleManifest();
   TXQtUiUtil::LoadQtModuleResource(manifest->resource_file, manifest->module_path);
   framework::UiModuleLoaderRegister::GetInstance()->Register(kModuleName, LoadUI, UnloadUI);

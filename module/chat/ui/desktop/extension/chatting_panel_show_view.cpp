@@ -6,10 +6,14 @@
 #include <QStackedLayout>
 
 #include "base/log/log.h"
+#include "chat/ui/desktop/chat_resources.h"
+#include "framework/resource/resource.h"
+#include "framework/viewmodel/view_model.h"
 
 namespace QtView {
 
 QString ChattingPanelShowView::LoadStyleSheet() {
+  chat::InitChatResources();
   QFile file(kStyleSheet);
   if (!file.open(QIODevice::ReadOnly)) {
     TXLOG_WARN << "<IM> style sheet missing: " << kStyleSheet;
@@ -26,7 +30,7 @@ QWidget* ChattingPanelShowView::BuildFrame(QWidget* parent, Variant* params) {
   auto* layout = new QStackedLayout(panel_);
   layout->setStackingMode(QStackedLayout::StackAll);
   QWidget* list = ChatHistoryListView::BuildFrame(panel_, params);
-  empty_label_ = new QLabel(QCoreApplication::translate("ChattingPanelShowView", "No messages yet"), panel_);
+  empty_label_ = new QLabel(QString::fromStdString(talvex_common::utils::GetLocalizedString(framework::NameId("chat.panel.empty"))), panel_);
   empty_label_->setObjectName("chat_empty_label");
   empty_label_->setAlignment(Qt::AlignCenter);
   empty_label_->setAttribute(Qt::WA_TransparentForMouseEvents);

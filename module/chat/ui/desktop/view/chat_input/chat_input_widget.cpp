@@ -19,11 +19,9 @@
 #include "chat/ui/desktop/view/chat_input/toolbar_menu_item_action.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/view_model.h"
+#include "chat/ui/desktop/chat_resources.h"
 #include "uikit/richedit/rich_edit.h"
 
-// The resources of the input live in the module's static library; a binary
-// that links it reaches them only through this call.
-static void InitChatInputResources() { Q_INIT_RESOURCE(chat_input_resources); }
 
 namespace {
 
@@ -56,7 +54,7 @@ bool IsReturn(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 }  // namespace
 
 ChatInputWidget::ChatInputWidget(QWidget* parent) : QWidget(parent) {
-  InitChatInputResources();
+  chat::InitChatResources();
   qRegisterMetaType<ChatInputWidget::SendOption>();
   setObjectName("chat_input_widget");
   setAttribute(Qt::WA_StyledBackground, true);
