@@ -7,6 +7,7 @@
 
 #include "base/variant/variant.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "chat/viewmodel/chat_input_ids.h"
 #include "framework/view/app_view.h"
 #include "framework/viewmodel/view_model.h"
 #include "uikit/richedit/html_parser.h"
@@ -21,33 +22,8 @@ namespace QtView {
 // ChatInputWidget and sends what the user does back as actions. Pasted and
 // matched content is inserted in ticks, so that a long paste never blocks
 // the interface.
-class ChatInputView : public AppQTView, public CParserOut {
+class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInputIds {
  public:
-  // The input view model's props and actions.
-  enum Prop : uint32_t {
-    kPropImageCacheDir = 0x49802,
-    kPropSendShortcut = 0x7950e,
-    kPropInputHeight = 0x102390,
-    kPropInputStrings = 0x67156,
-    kPropChatEnabled = 0xb3b8f,
-    kPropDisabledIcon = 0x5253d,
-    kPropDisabledText = 0x3c55f,
-    kPropSendButtonVisible = 0x7ee01,
-    kPropSendState = 0x45d89,
-    kPropFocusRequest = 0x9aad7,
-    kPropClearInput = 0x9611b,
-    kPropDraft = 0x265d0,
-    kPropMatchResult = 0x25f04,
-  };
-  enum Action : uint32_t {
-    kActionSend = 0x41a87,
-    kActionMatchTextToMsgItems = 0xea6a3,
-    kActionSendFile = 0xc9835,
-    kActionSaveDraft = 0x101c53,
-    kActionTextChanged = 0x1c2ba,
-    kActionSetShortcut = 0xce0cc,
-    kActionSetInputHeight = 0x6601e,
-  };
   // Match item types.
   enum ItemType { kItemText = 0, kItemEmoji = 1, kItemImage = 3 };
   // A view event that inserts emoji picked in the emoji panel: params a map
