@@ -287,19 +287,28 @@ bool ChatSendMessageBizModel::InvokeSendTextMessage(Variant const* params, Varia
   return true;
 }
 
-void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int template_type) {
-  const Variant receiver = privatechat::GetPrivateChatUserInfo();
-  const int type = privatechat::GetChatReceiverType(receiver);
+bool ChatSendMessageBizModel::BeginSend(Variant& receiver, int& type, Conversation& conv, Variant& send) {
+  receiver = privatechat::GetPrivateChatUserInfo();
+  type = privatechat::GetChatReceiverType(receiver);
   ReportWebinarSend(receiver, type);
   if (type == 0) {
     TXLOG_ERROR << "invalid receiver type";
-    return;
+    return false;
   }
-  const Conversation conv = CurrentConversation(receiver);
-  Variant send(base::variant::kVariantTypeMap);
+  conv = CurrentConversation(receiver);
+  send = Variant(base::variant::kVariantTypeMap);
   if (conv.conv_type == 1) send.Set("conv_id", conv.conv_id);
   send.Set("conv_type", conv.conv_type);
   send.Set("receiver_type", type);
+  return true;
+}
+
+void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int template_type) {
+  Variant receiver;
+  int type = 0;
+  Conversation conv;
+  Variant send;
+  if (!BeginSend(receiver, type, conv, send)) return;
   send.Set("text_elem_content", text);
   send.Set("message_send_from_type", template_type == 1 ? 1 : template_type == 2 ? 2 : -1);
   uint32_t method = 7;
@@ -418,18 +427,11 @@ void ChatSendMessageBizModel::HandleSendImageMessage(std::string const& path, Va
                                                      int template_type) {
   int64_t format = talvex::ChatUtils::GetImageFormat(path);
   if (params.Get(kSendFieldImageFormat).IsInteger()) format = params.GetInteger(kSendFieldImageFormat);
-  const Variant receiver = privatechat::GetPrivateChatUserInfo();
-  const int type = privatechat::GetChatReceiverType(receiver);
-  ReportWebinarSend(receiver, type);
-  if (type == 0) {
-    TXLOG_ERROR << "invalid receiver type";
-    return;
-  }
-  const Conversation conv = CurrentConversation(receiver);
-  Variant send(base::variant::kVariantTypeMap);
-  if (conv.conv_type == 1) send.Set("conv_id", conv.conv_id);
-  send.Set("conv_type", conv.conv_type);
-  send.Set("receiver_type", type);
+  Variant receiver;
+  int type = 0;
+  Conversation conv;
+  Variant send;
+  if (!BeginSend(receiver, type, conv, send)) return;
   send.Set("image_elem_orig_path", path);
   send.Set("image_elem_level", params.GetInt32(kSendFieldImageLevel, 0));
   send.Set("image_elem_format", format);

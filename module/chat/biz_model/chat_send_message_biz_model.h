@@ -76,6 +76,9 @@ class ChatSendMessageBizModel : public TypedBizModel::ChatSendMessage::ModelImpl
     int conv_type = 2;
     std::string conv_id;
   };
+  // The chosen receiver, its type and conversation, and the start of a send
+  // request; false (logged) when there is no receiver to send to.
+  bool BeginSend(Variant& receiver, int& type, Conversation& conv, Variant& send);
 
   void Refuse(std::string const& text);
   void RefuseById(uint32_t text_id);
