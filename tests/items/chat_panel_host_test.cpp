@@ -2,12 +2,16 @@
 // what the module registered, fed by the scripted participants; and the
 // text the view model gives for a copy of several messages.
 #include <QFileInfo>
+#include <QTest>
 #include <algorithm>
 #include <memory>
 
 #include "chat/runtime/chat_module_registration.h"
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/extension/chatting_panel_show_view.h"
+#include "chat/ui/desktop/view/chat_input/chat_input_view.h"
+#include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "uikit/richedit/rich_edit.h"
 #include "chat/viewmodel/chat_panel_history_list_view_model.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/extension/extension.h"
@@ -96,6 +100,42 @@ TEST_F(PanelHostTest, TheChatPointShowsTheHistoryBoundToThePanelViewModel) {
   host_->Clear();
   EXPECT_TRUE(host_->views().empty());
   EXPECT_EQ(meeting_.list_records().live_lists(), 0u);
+}
+
+// What a user types under the list goes out through the input's view model
+// and the send model, and comes back into the list above it.
+TEST_F(PanelHostTest, ATypedMessageIsSentAndArrivesInTheListAbove) {
+  host_ = std::make_unique<ExtensionHostWidget>("contributes:app.chat_full");
+  host_->resize(380, 600);
+  EXPECT_EQ(host_->Populate(), 2) << "the list and the input";
+  QtView::ChattingPanelShowView* panel = Panel();
+  ASSERT_NE(panel, nullptr);
+  QtView::ChatInputView* input = nullptr;
+  for (auto const& view : host_->views()) {
+    if (auto* candidate = dynamic_cast<QtView::ChatInputView*>(view.get())) input = candidate;
+  }
+  ASSERT_NE(input, nullptr);
+  ASSERT_NE(input->widget(), nullptr);
+  host_->show();
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return Settled(panel); }));
+
+  RichEdit* edit = input->widget()->edit();
+  edit->setFocus();
+  QTest::keyClicks(edit, "Can everyone see my screen?");
+  QTest::keyClick(edit, Qt::Key_Return);
+  std::string sent_id;
+  ASSERT_TRUE(talvex_test::WaitUntil([&] {
+    for (auto const& id : panel->MessageIds()) {
+      auto record = talvex::ChatUtils::GetMsgInfoPtrById(id);
+      if (record && record->GetBoolean("is_from_self") && record->GetInt32("message_status") == 2) sent_id = id;
+    }
+    return !sent_id.empty() && Settled(panel);
+  }));
+  auto record = talvex::ChatUtils::GetMsgInfoPtrById(sent_id);
+  EXPECT_EQ(record->Get("ui_msg_content")[0].GetString("item_content"), "Can everyone see my screen?");
+  EXPECT_NE(panel->RowWidgetOf(sent_id), nullptr);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return edit->toPlainText().isEmpty(); })) << "the box clears after the send";
+  host_->Clear();
 }
 
 TEST_F(PanelHostTest, ScriptedParticipantsPlayEveryKindOfMessage) {
