@@ -80,6 +80,8 @@ int main(int argc, char** argv) {
 
   sim::MeetingSimulator meeting;
   meeting.Install();
+  // The host of this meeting published a notice and lets everyone read it.
+  meeting.meeting_settings().SetSwitch("notice_enable", true);
   meeting.meeting().Join();
 
   MeetingWindow window(meeting);

@@ -185,6 +185,7 @@ TEST_F(MessageItemTest, NoticeRowOpensTheNoticePage) {
   auto controller = std::make_shared<Counting>(shows, closes);
   framework::ControllerManager::Instance()->IocRegister("talvex://page/meeting_notice", [&] { return controller; });
   base::analytics::ClearRecordedEvents();
+  meeting_.meeting_settings().SetSwitch("notice_enable", true);
   row->Handle(chat::ChatNoticeMessageViewModel::kActionShowMeetingNotice, nullptr);
   EXPECT_EQ(closes, 1) << "an open notice page is closed first";
   EXPECT_EQ(shows, 1);
@@ -192,7 +193,7 @@ TEST_F(MessageItemTest, NoticeRowOpensTheNoticePage) {
   EXPECT_EQ(controller->last.GetInt32("template_type"), 2);
   EXPECT_EQ(base::analytics::RecordedEvents("inmeeting_im_null_notice_null_null_ark").size(), 1u);
 
-  meeting_.context().notice_enabled = false;
+  meeting_.meeting_settings().SetSwitch("notice_enable", false);
   row->Handle(chat::ChatNoticeMessageViewModel::kActionShowMeetingNotice, nullptr);
   EXPECT_EQ(shows, 1);
   EXPECT_EQ(ui_->toasts().back().text, "The host has turned off the meeting notice.");

@@ -6,6 +6,7 @@
 #include "base/util/file_util.h"
 #include "base/util/time_util.h"
 #include "framework/chat/chat_utils.h"
+#include "framework/meeting/meeting_settings.h"
 #include "framework/meeting/meeting_context.h"
 #include "framework/meeting/private_chat_record.h"
 #include "framework/module/app_module.h"
@@ -16,17 +17,7 @@ namespace talvex {
 
 namespace {
 constexpr int kAuthorityModel = 526;
-constexpr int kMeetingSettingsModel = 502;
 
-bool MeetingSwitch(char const* key, bool def) {
-  auto model = framework::module::GetAppModuleModel(kMeetingSettingsModel);
-  if (!model) return def;
-  Variant params(base::variant::kVariantTypeMap);
-  params.Set("key", key);
-  Variant result;
-  if (!model->Invoke(1, &params, &result) || !result.IsBool()) return def;
-  return result.AsBoolean();
-}
 
 std::string Text(char const* name) {
   return framework::Resource::GetInstance()->GetString(framework::NameId(name));
@@ -85,9 +76,13 @@ Variant ChatUtils::GetReceiverNameAndHint() {
   return out;
 }
 
-bool ChatUtils::IsMeetingSupportIMFileAndPicture() { return MeetingSwitch("im_file_and_picture", true); }
+bool ChatUtils::IsMeetingSupportIMFileAndPicture() {
+  return talvex_common::utils::meetingsettings::GetMeetingSwitch("im_file_and_picture", true);
+}
 
-bool ChatUtils::GetMeetingNoticeIsRead() { return MeetingSwitch("notice_read", true); }
+bool ChatUtils::GetMeetingNoticeIsRead() {
+  return talvex_common::utils::meetingsettings::GetMeetingSwitch("notice_read", true);
+}
 
 bool ChatUtils::IsWebp(std::string const& path) {
   std::string ext = util::file::GetFileExtName(path);

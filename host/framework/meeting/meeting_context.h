@@ -37,9 +37,6 @@ struct MeetingContext {
   bool breakout_host = false;
   uint64_t main_meeting_id = 0;
 
-  // The host lets members read the meeting notice.
-  bool notice_enabled = true;
-
   bool screen_share_mode = false;
   bool screen_sharing = false;
 

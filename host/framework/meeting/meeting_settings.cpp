@@ -30,15 +30,6 @@ bool WritePolicy(uint32_t method, int64_t policy) {
   return model->Invoke(method, &params, nullptr);
 }
 
-bool MeetingSwitch(char const* key, bool def) {
-  auto model = framework::module::GetAppModuleModel(kMeetingSettingsModel);
-  if (!model) return def;
-  Variant params(base::variant::kVariantTypeMap);
-  params.Set("key", key);
-  Variant result;
-  if (!model->Invoke(1, &params, &result) || !result.IsBool()) return def;
-  return result.AsBoolean();
-}
 }  // namespace
 
 int GetAllowChatPolicy() {
@@ -60,8 +51,18 @@ int GetAttendeeChatPolicy() {
   return v.IsInteger() ? v.AsInt32() : talvex::PrivateChatAuthority::kAttendeeScope1;
 }
 
-bool IsMeetingNoticeEnable() { return MeetingSwitch("notice_enable", false); }
-bool IsEmojiEnable() { return MeetingSwitch("emoji_enable", true); }
+bool GetMeetingSwitch(char const* key, bool def) {
+  auto model = framework::module::GetAppModuleModel(kMeetingSettingsModel);
+  if (!model) return def;
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("key", key);
+  Variant result;
+  if (!model->Invoke(1, &params, &result) || !result.IsBool()) return def;
+  return result.AsBoolean();
+}
+
+bool IsMeetingNoticeEnable() { return GetMeetingSwitch("notice_enable", false); }
+bool IsEmojiEnable() { return GetMeetingSwitch("emoji_enable", true); }
 
 }  // namespace meetingsettings
 }  // namespace utils

@@ -26,6 +26,10 @@ namespace talvex_common {
 namespace utils {
 namespace meetingsettings {
 
+// A switch of the meeting's settings (model 502, method 1 with `key`); `def`
+// when the client has no answer.
+bool GetMeetingSwitch(char const* key, bool def);
+
 // The chat policies live with the chat authority model (526):
 //   method 1 -> the meeting's policy (0 to 3)
 //   method 2 {policy} writes a policy; 4 to 7 are the panelists', 8 to 10 the

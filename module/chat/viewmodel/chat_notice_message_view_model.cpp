@@ -5,6 +5,7 @@
 #include "chat/util/chat_strings.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/meeting/meeting_context.h"
+#include "framework/meeting/meeting_settings.h"
 #include "framework/navigation/routing.h"
 
 namespace chat {
@@ -38,7 +39,7 @@ void ChatNoticeMessageViewModel::HandleAction(uint32_t action, Variant const* pa
 }
 
 void ChatNoticeMessageViewModel::HandleShowMeetingNotice() {
-  if (!talvex::MeetingContext::Current().notice_enabled) {
+  if (!talvex_common::utils::meetingsettings::IsMeetingNoticeEnable()) {
     ShowToast(0, GetLocalizedString(kTextNoticeDisabled), 2000, 0, "", "");
     return;
   }
