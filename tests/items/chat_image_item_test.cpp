@@ -2,6 +2,8 @@
 // a recycled row, thumbnails, copy; the selection mask of non-text rows;
 // notices and avatars.
 #include <QApplication>
+#include <QDateTime>
+#include <QFileDialog>
 #include <QClipboard>
 #include <QFileInfo>
 #include <QImage>
@@ -99,6 +101,51 @@ TEST_F(ChatImageItemTest, RecycledRowShowsOnlyTheImageGivenLast) {
   EXPECT_EQ(browser->image_path(), second);
   EXPECT_EQ(browser->label()->size(), QSize(80, 40));
   EXPECT_EQ(browser->label()->pixmap()->toImage().pixelColor(1, 1), QColor(Qt::blue));
+}
+
+TEST_F(ChatImageItemTest, SaveAsProposesATimedPngAtHomeAndCopiesThePicture) {
+  const QString path = WriteImage("photo.png", 64, 32, Qt::green);
+  auto row = Row(ImageInfo("img1", path));
+  row->show();
+  ImageBrowser* browser = BrowserOf(row.get());
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return browser->is_image_loaded(); }));
+
+  const QString proposed = ImageBrowser::ProposedSaveName();
+  EXPECT_TRUE(proposed.startsWith(QDir::homePath() + "/")) << proposed.toStdString();
+  EXPECT_TRUE(proposed.endsWith(".png"));
+  const QString stamp = proposed.section('_', -1).section('.', 0, 0);
+  EXPECT_EQ(stamp.size(), 17) << "yyyyMMddhhmmsszzz";
+  EXPECT_TRUE(QDateTime::fromString(stamp, "yyyyMMddhhmmsszzz").isValid());
+
+  browser->OnSaveAs();
+  QFileDialog* dialog = nullptr;
+  ASSERT_TRUE(talvex_test::WaitUntil([&] {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+      if (auto* d = qobject_cast<QFileDialog*>(w); d && d->isVisible()) dialog = d;
+    }
+    return dialog != nullptr;
+  }));
+  EXPECT_EQ(dialog->windowTitle(), "Save As");
+  EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
+  EXPECT_EQ(dialog->nameFilters(), QStringList{"Images (*.png *.jpg)"});
+  const QString target = dir_.filePath("saved.png");
+  emit dialog->fileSelected(target);
+  dialog->close();
+  ASSERT_TRUE(QFileInfo::exists(target));
+  EXPECT_EQ(QImage(target).pixelColor(1, 1), QColor(Qt::green));
+}
+
+TEST_F(ChatImageItemTest, ARowGrowsWhenItsPictureArrivesAndSaysSo) {
+  const QString path = WriteImage("tall.png", 120, 400);
+  auto row = Row(ImageInfo("img1", path));
+  int changes = 0;
+  QObject::connect(row.get(), &ChatMessageWidget::SizeChanged, [&] { ++changes; });
+  const int before = row->sizeHint().height();
+  ImageBrowser* browser = BrowserOf(row.get());
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return browser->is_image_loaded(); }));
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return changes > 0; })) << "the list is told to measure again";
+  EXPECT_NE(row->sizeHint().height(), before);
+  EXPECT_EQ(row->sizeHint().height(), 24 + 16 + 2 + browser->height() + 4);
 }
 
 TEST_F(ChatImageItemTest, MissingImagesShowTheirPlaceholderAndCopyNothing) {
