@@ -436,57 +436,40 @@ bool Variant::GetBoolean(std::string_view key, bool def) const noexcept {
   }
 }
 
-int64_t Variant::GetInteger(std::string_view key, int64_t def) const noexcept {
-  Variant const& v = Get(key);
+namespace {
+// The kinds a typed integer read converts; strings, containers and null
+// yield the caller's default.
+bool ReadsAsNumber(Variant const& v) noexcept {
   switch (v.type()) {
-    case kVariantTypeInteger:
-      return v.i_;
     case kVariantTypeBool:
+    case kVariantTypeInteger:
     case kVariantTypeDouble:
     case kVariantTypePointer:
-      return v.AsInteger();
+      return true;
     default:
-      return def;
+      return false;
   }
+}
+}  // namespace
+
+int64_t Variant::GetInteger(std::string_view key, int64_t def) const noexcept {
+  Variant const& v = Get(key);
+  return ReadsAsNumber(v) ? v.AsInteger() : def;
 }
 
 int32_t Variant::GetInt32(std::string_view key, int32_t def) const noexcept {
   Variant const& v = Get(key);
-  switch (v.type()) {
-    case kVariantTypeBool:
-    case kVariantTypeInteger:
-    case kVariantTypeDouble:
-    case kVariantTypePointer:
-      return v.AsInt32();
-    default:
-      return def;
-  }
+  return ReadsAsNumber(v) ? v.AsInt32() : def;
 }
 
 uint32_t Variant::GetUint32(std::string_view key, uint32_t def) const noexcept {
   Variant const& v = Get(key);
-  switch (v.type()) {
-    case kVariantTypeBool:
-    case kVariantTypeInteger:
-    case kVariantTypeDouble:
-    case kVariantTypePointer:
-      return v.AsUint32();
-    default:
-      return def;
-  }
+  return ReadsAsNumber(v) ? v.AsUint32() : def;
 }
 
 uint64_t Variant::GetUint64(std::string_view key, uint64_t def) const noexcept {
   Variant const& v = Get(key);
-  switch (v.type()) {
-    case kVariantTypeBool:
-    case kVariantTypeInteger:
-    case kVariantTypeDouble:
-    case kVariantTypePointer:
-      return v.AsUint64();
-    default:
-      return def;
-  }
+  return ReadsAsNumber(v) ? v.AsUint64() : def;
 }
 
 double Variant::GetDouble(std::string_view key, double def) const noexcept {
