@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/config/configure_model.h"
 #include "framework/config/configure_service.h"
 #include "framework/module/app_module.h"
 #include "framework/module/module_service.h"
@@ -165,6 +166,53 @@ TEST_F(ConfigureTest, QueriesFallBackToTheDefaultOfAnotherKind) {
   EXPECT_EQ(QueryConfigureService("cfg_test", "count", Variant("text")).AsStr(), "text");
   EXPECT_EQ(QueryConfigureService("cfg_test", "absent", Variant(9)).AsInt32(), 9);
   EXPECT_TRUE(QueryConfigureService("cfg_test", "absent").IsNull());
+}
+
+TEST_F(ConfigureTest, TheConfigModelHandsOutTheAskedLayoutOrTheDefaultOne) {
+  framework::ConfigureService config;
+  framework::ConfigureModel model(&config);
+  Variant card_layouts(base::variant::kVariantTypeMap);
+  card_layouts.Set("default", Variant("default card"));
+  card_layouts.Set("spring", Variant("spring card"));
+  config.Set("dyna_layout", "card_qt", card_layouts);
+  config.Set("dyna_layout", "card_web", Variant(Variant::Map{{"default", Variant("web card")}}));
+
+  auto ask = [&model](std::string const& key, bool use_default, Variant* out) {
+    Variant params(base::variant::kVariantTypeMap);
+    params.Set("dyna_layout_key", key);
+    Variant keys(base::variant::kVariantTypeArray);
+    for (char const* name : {"card_web", "card_qt", "card_absent"}) keys.Add(name);
+    keys.Add(7);  // not a name: skipped
+    params.Set("keys", keys);
+    params.Set("use_default_layout", use_default);
+    return model.Invoke(framework::ConfigureModel::kMethodGetDynamicLayout, &params, out);
+  };
+  Variant out;
+  ASSERT_TRUE(ask("spring", true, &out));
+  EXPECT_EQ(out.GetString("card_qt"), "spring card");
+  EXPECT_EQ(out.GetString("card_web"), "web card") << "a name without the asked key falls back";
+  EXPECT_FALSE(out.Has("card_absent"));
+
+  ASSERT_TRUE(ask("", true, &out));
+  EXPECT_EQ(out.GetString("card_qt"), "default card");
+  EXPECT_FALSE(ask("winter", false, &out)) << "no default stands in when it may not";
+  ASSERT_TRUE(ask("spring", false, &out));
+  EXPECT_EQ(out.Size(), 1u) << "without the default only the asked layout counts";
+
+  talvex_test::LogCapture log;
+  EXPECT_FALSE(model.Invoke(framework::ConfigureModel::kMethodGetDynamicLayout, nullptr, &out));
+  Variant not_a_map("card_qt");
+  EXPECT_FALSE(model.Invoke(framework::ConfigureModel::kMethodGetDynamicLayout, &not_a_map, &out));
+  EXPECT_EQ(log.Count("dynamic layout asked without params"), 2u);
+  EXPECT_FALSE(model.Invoke(3, &not_a_map, &out)) << "the model knows one method";
+  EXPECT_EQ(out.GetString("card_qt"), "spring card") << "a refused call leaves the result alone";
+
+  // The host's model reads the host's configuration.
+  talvexsdk::utils::service::GetConfigureService()->Set("dyna_layout", "card_qt", card_layouts);
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("keys", Variant(Variant::Array{Variant("card_qt")}));
+  ASSERT_TRUE(talvexsdk::utils::service::GetConfigureModel()->Invoke(7, &params, &out));
+  EXPECT_EQ(out.GetString("card_qt"), "default card");
 }
 
 // --- local settings (application model 517) -------------------------------------------------
