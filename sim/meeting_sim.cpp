@@ -4,6 +4,7 @@
 #include "base/util/file_util.h"
 #include "framework/config/configure_service.h"
 #include "framework/module/module_service.h"
+#include "sim/goods_card_layout.h"
 
 namespace sim {
 
@@ -15,6 +16,7 @@ Variant DefaultRemoteConfig() {
   defaults["im"]["max_text_length"] = 5000;
   defaults["im"]["max_image_size_mb"] = 20;
   defaults["im"]["max_file_size_mb"] = 1024;
+  defaults["dyna_layout"]["im_goods_card_layout_qt"] = GoodsCardLayouts();
   return defaults;
 }
 }  // namespace

@@ -100,6 +100,59 @@ bool ScriptedParticipants::DrawPicture(std::string const& path, int width, int h
   return image.save(QString::fromStdString(path), "PNG");
 }
 
+bool ScriptedParticipants::DrawGoodsPicture(std::string const& path, int side) {
+  QImage image(side, side, QImage::Format_RGB32);
+  image.fill(QColor("#FDF1E4"));
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  // A mug on a soft shadow: body, handle and a stripe.
+  const double s = side;
+  painter.setBrush(QColor(0, 0, 0, 28));
+  painter.drawEllipse(QRectF(s * 0.22, s * 0.78, s * 0.5, s * 0.08));
+  painter.setBrush(QColor("#198CFF"));
+  painter.drawRoundedRect(QRectF(s * 0.25, s * 0.3, s * 0.42, s * 0.5), s * 0.06, s * 0.06);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(QColor("#198CFF"), s * 0.06));
+  painter.drawEllipse(QRectF(s * 0.6, s * 0.4, s * 0.18, s * 0.24));
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor("#FFFFFF"));
+  painter.drawRect(QRectF(s * 0.25, s * 0.46, s * 0.42, s * 0.07));
+  painter.end();
+  QDir().mkpath(QFileInfo(QString::fromStdString(path)).absolutePath());
+  return image.save(QString::fromStdString(path), "PNG");
+}
+
+std::string ScriptedParticipants::GoodsCard(int who) {
+  const std::string meeting_id = meeting_.meeting().meeting_id();
+  const std::string picture = talvex::ChatUtils::GetOriginalPicFileName("demo-goods-mug", meeting_id);
+  const std::string icon = talvex::ChatUtils::GetOriginalPicFileName("demo-shop-icon", meeting_id);
+  if (!DrawGoodsPicture(picture, 144) || !DrawPicture(icon, 32, 32, 1)) {
+    TXLOG_WARN << "demo goods pictures not written";
+  }
+  Variant goods(base::variant::kVariantTypeMap);
+  goods.Set("goods_name", "Talvex team mug, 350 ml, dishwasher safe");
+  goods.Set("goods_image", picture);
+  goods.Set("original_price", 18);
+  goods.Set("current_price", 12.5);
+  goods.Set("discount_type", 1);
+  Variant app(base::variant::kVariantTypeMap);
+  app.Set("name", "Team Shop");
+  app.Set("icon", icon);
+  app.Set("open_app_id", "demo-shop");
+  app.Set("ext_data", std::move(goods));
+  Variant ext(base::variant::kVariantTypeMap);
+  ext.Set("title", "Offer for today's attendees");
+  ext.Set("description", "A mug for your next meeting");
+  ext.Set("confirm_btn_text", "Buy now");
+  ext.Set("notify_desc", "New offer");
+  ext.Set("card_layout_type", 2);
+  ext.Set("app_info", app.ToJson());
+  const std::string id = meeting_.messages().Post(ChatRecord(meeting_id, kPeople[who], 7, Variant(), false, ext));
+  if (!id.empty()) posted_.push_back(id);
+  return id;
+}
+
 std::string ScriptedParticipants::Image(int who, int width, int height, int seed) {
   const std::string meeting_id = meeting_.meeting().meeting_id();
   const std::string image_id = "demo-image-" + std::to_string(++image_count_);
@@ -192,6 +245,7 @@ void ScriptedParticipants::BuildScript() {
         if (!id.empty()) posted_.push_back(id);
       },
       [this] { Text(0, "Yes, loud and clear [ThumbsUp]"); },
+      [this] { GoodsCard(4); },
       [this] { Image(1, 600, 800, 2); },
       [this] { Text(3, "Great picture! Details on https://www.talvex-demo.org/offsite"); },
   };

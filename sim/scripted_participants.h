@@ -13,8 +13,8 @@ class MeetingSimulator;
 
 // People in the simulated meeting who chat on their own: text with links and
 // emoji, pictures (drawn at run time into the user's cache), a file that
-// downloads over a few seconds, the meeting's notice, a message taken back
-// and one's own message that failed to send.
+// downloads over a few seconds, the meeting's notice, the shop's goods card,
+// a message taken back and one's own message that failed to send.
 class ScriptedParticipants : public QObject {
   Q_OBJECT
 
@@ -31,6 +31,8 @@ class ScriptedParticipants : public QObject {
 
   // Writes a picture of `width` by `height` to `path`, drawn from `seed`.
   static bool DrawPicture(std::string const& path, int width, int height, int seed);
+  // Writes a square product shot of a mug, `side` pixels wide, to `path`.
+  static bool DrawGoodsPicture(std::string const& path, int side);
 
  private:
   void BuildScript();
@@ -39,6 +41,8 @@ class ScriptedParticipants : public QObject {
   std::string Image(int who, int width, int height, int seed);
   std::string File(int who, std::string const& name, int64_t size);
   void AdvanceFile(std::string const& msg_id, int status, double progress);
+  // The meeting's shop posts an offer, drawn in the configured layout.
+  std::string GoodsCard(int who);
 
   MeetingSimulator& meeting_;
   QTimer* timer_ = nullptr;

@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
   int rc = loaded ? 0 : 1;
   if (headless) {
     // A few seconds of chat traffic before the picture is taken.
-    QTimer::singleShot(5200, &window, [&] {
+    QTimer::singleShot(6000, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
       if (!window.grab().save(shot)) rc = 1;
