@@ -10,9 +10,11 @@
 #include "chat/viewmodel/chat_openapp_message_view_model.h"
 #include "chat/viewmodel/chat_text_message_view_model.h"
 #include "chat/viewmodel/chat_tip_message_view_model.h"
+#include "framework/config/configure_service.h"
 #include "framework/journal/host_journal.h"
 #include "framework/module/module_service.h"
 #include "framework/navigation/routing.h"
+#include "sim/goods_card_layout.h"
 
 namespace history_test {
 namespace {
@@ -243,6 +245,35 @@ TEST_F(MessageItemTest, OpenAppCardsAndGoodsCards) {
   LogCapture log;
   row->Handle(chat::ChatOpenappMessageViewModel::kActionClickOpenApp, nullptr);
   EXPECT_TRUE(log.Contains("handle click open app msg failed! params error!"));
+}
+
+TEST_F(MessageItemTest, GoodsCardsCarryTheLayoutTheMeetingConfigures) {
+  auto post = [this](std::string const& goods_extra) {
+    Variant ext(base::variant::kVariantTypeMap);
+    ext.Set("title", "Shop");
+    ext.Set("card_layout_type", 2);
+    ext.Set("app_info", R"({"name":"Shop","icon":"/i/s.png","open_app_id":"77","ext_data":{"goods_name":"Mug")" +
+                            goods_extra + "}}");
+    const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext));
+    auto row = Row<chat::ChatOpenappMessageViewModel>(id);
+    return row->PickPropValue(chat::ChatOpenappMessageViewModel::kPropInfo).Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
+  };
+  constexpr char kQt[] = "im_goods_card_layout_qt";
+  // The simulated meeting configures a default desktop layout and nothing else.
+  Variant goods = post("");
+  EXPECT_EQ(goods.Get(kQt), sim::GoodsCardLayouts().Get("default"));
+  EXPECT_FALSE(goods.Has("im_goods_card_layout"));
+  EXPECT_EQ(goods.GetString("app_info_name"), "Shop");
+  EXPECT_EQ(goods.GetString("app_info_icon"), "/i/s.png");
+  EXPECT_EQ(goods.GetString("msg_content_title"), "Shop");
+
+  Variant layouts = sim::GoodsCardLayouts();
+  layouts.Set("spring", Variant("spring layout"));
+  talvexsdk::utils::service::GetConfigureService()->Set("dyna_layout", kQt, layouts);
+  EXPECT_EQ(post(R"(,"dyna_layout_key":"spring")").GetString(kQt), "spring layout");
+  EXPECT_EQ(post(R"(,"dyna_layout_key":"winter")").Get(kQt), layouts.Get("default"));
+  EXPECT_FALSE(post(R"(,"dyna_layout_key":"winter","use_default_layout":false)").Has(kQt))
+      << "a card that insists on its own layout gets none when the meeting lacks it";
 }
 
 TEST_F(MessageItemTest, ContainerPicksTheRowByKind) {

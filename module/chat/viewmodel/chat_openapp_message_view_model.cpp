@@ -9,6 +9,7 @@
 #include "chat/util/chat_strings.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/chat/chat_utils.h"
+#include "framework/config/configure_model.h"
 #include "framework/config/configure_service.h"
 #include "framework/meeting/meeting_context.h"
 #include "framework/meeting/sidebar_utils.h"
@@ -21,6 +22,24 @@ std::string Price(framework::UIViewModel const* vm, Variant const& value) {
   char text[32];
   std::snprintf(text, sizeof(text), "%.2f", value.IsString() ? std::atof(value.AsCStr()) : value.AsDouble());
   return vm->FormatString(kTextGoodsPrice).Arg("price", text).Str();
+}
+
+// The goods card's look comes from the meeting's configuration when it has
+// one: the layouts found join the card's data under their names.
+void AddDynamicLayouts(Variant const& goods, Variant& ext) {
+  Variant ask(base::variant::kVariantTypeMap);
+  ask.Set("dyna_layout_key", goods.GetString("dyna_layout_key"));
+  Variant keys(base::variant::kVariantTypeArray);
+  keys.Add(ChatOpenappMessageViewModel::kGoodsCardLayout);
+  keys.Add(ChatOpenappMessageViewModel::kGoodsCardLayoutQt);
+  ask.Set("keys", std::move(keys));
+  ask.Set("use_default_layout", goods.GetBoolean("use_default_layout", true));
+  Variant layouts;
+  framework::Model* config = talvexsdk::utils::service::GetConfigureModel();
+  if (!config || !config->Invoke(framework::ConfigureModel::kMethodGetDynamicLayout, &ask, &layouts)) return;
+  for (char const* key : {ChatOpenappMessageViewModel::kGoodsCardLayout, ChatOpenappMessageViewModel::kGoodsCardLayoutQt}) {
+    if (layouts.Has(key)) ext.Set(key, layouts.Get(key));
+  }
 }
 
 }  // namespace
@@ -51,6 +70,7 @@ bool ChatOpenappMessageViewModel::FillInfo(Variant const& record, Variant const*
       ext.Set(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoCurrentPrice, Price(this, goods.Get("current_price")));
     }
     ext.Set(ChatOpenappMessageGoodsInfoFields_kBooleanGoodsInfoHasDiscount, goods.GetInt32("discount_type") != 0);
+    AddDynamicLayouts(goods, ext);
     ext.Set("app_info_name", app_info.GetString("name"));
     ext.Set("app_info_icon", app_info.GetString("icon"));
     ext.Set("msg_content_title", card.GetString("title"));

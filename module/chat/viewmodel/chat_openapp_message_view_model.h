@@ -11,6 +11,10 @@ class ChatOpenappMessageViewModel : public ChatMessageItemViewModel {
   static constexpr uint32_t kPropInfo = 0xf618e;
   static constexpr uint32_t kActionClickOpenApp = 0xe9f45;
   static constexpr int kLayoutChatRecord = 3;
+  // Names of the goods card's dynamic layouts: the one every client reads,
+  // and the one drawn by this desktop client's flexible card.
+  static constexpr char kGoodsCardLayout[] = "im_goods_card_layout";
+  static constexpr char kGoodsCardLayoutQt[] = "im_goods_card_layout_qt";
 
   void HandleAction(uint32_t action, Variant const* params) override;
   bool HandleClickOpenAppMsg(Variant const* params);
