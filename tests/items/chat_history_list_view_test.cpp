@@ -14,10 +14,12 @@
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/extension/chatting_panel_show_view.h"
 #include "chat/ui/desktop/view/chat/chat_message_widget.h"
+#include "chat/ui/desktop/view/chat/chat_open_app_item.h"
 #include "chat/ui/desktop/view/chat/chat_text_item.h"
 #include "chat/ui/desktop/view/chat/text_browser.h"
 #include "chat/viewmodel/chat_panel_history_list_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
+#include "framework/journal/host_journal.h"
 #include "framework/module/providers.h"
 #include "framework/ui/ui_service.h"
 #include "items_fixture.h"
@@ -287,6 +289,26 @@ TEST_F(HistoryListViewTest, ANarrowerPanelWrapsRowsAgainAndStaysAtTheBottom) {
   EXPECT_EQ(view_->ItemHeightAtIndex(list, list->IndexOfItemWidget(row)), narrow_height)
       << "a reload keeps the height measured at this width";
   EXPECT_TRUE(list->IsScrollBottom());
+}
+
+TEST_F(HistoryListViewTest, AClickOnACardOpensItsAppThroughTheRowsViewModel) {
+  Seed(3);
+  Variant ext(base::variant::kVariantTypeMap);
+  ext.Set("title", "Shop");
+  ext.Set("card_layout_type", 2);
+  ext.Set("app_info", R"({"name":"Shop","icon":"/i/s.png","open_app_id":"77","ext_data":{"goods_name":"Mug"}})");
+  const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kAvery, 7, Variant(), false, ext));
+  Open();
+  ChatMessageWidget* row = view_->RowWidgetOf(id);
+  ASSERT_NE(row, nullptr);
+  auto* item = qobject_cast<ChatOpenAppItem*>(row->item());
+  ASSERT_NE(item, nullptr);
+  ASSERT_EQ(item->card()->objectName(), "CommonGoodCard_FlexBox") << "the meeting configures the goods layout";
+  EXPECT_EQ(view_->list()->ItemHeightAt(static_cast<int>(view_->MessageIds().size()) - 1), row->sizeHint().height());
+
+  framework::HostJournal::Clear();
+  QTest::mouseClick(item->card(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
+  EXPECT_EQ(framework::HostJournal::Entries("sidebar.OpenApp 77").size(), 1u);
 }
 
 TEST_F(HistoryListViewTest, OneSelectedRowCopiesItsOwnText) {

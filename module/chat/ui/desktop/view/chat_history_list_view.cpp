@@ -248,6 +248,11 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
   QObject::connect(row, &ChatMessageWidget::AvatarMenuRequested, guard_.get(), [weak_view](Variant const& params) {
     if (auto v = weak_view.lock()) v->FireViewEvent(ChatMessageView::kEventAvatarMenu, &params, nullptr);
   });
+  QObject::connect(row, &ChatMessageWidget::ActionRequested, guard_.get(),
+                   [weak_view](quint32 action, Variant const& params) {
+                     auto v = weak_view.lock();
+                     if (auto const& row_model = v ? v->view_model() : nullptr) row_model->Handle(action, &params);
+                   });
   Variant params(base::variant::kVariantTypeMap);
   params.Set("msg_id", msg_id);
   params.Set("reuse_id", reuse_id.toStdString());

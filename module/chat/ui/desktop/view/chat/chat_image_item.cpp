@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "chat/ui/desktop/view/chat/image_browser.h"
+#include "chat/viewmodel/chat_image_message_view_model.h"
 #include "uikit/label/qf_label.h"
 #include "framework/chat/chat_schema_keys.h"
 
@@ -24,6 +25,16 @@ QWidget* ChatImageItem::CreateMsgContent(QWidget* parent) {
   layout->addWidget(browser_);
   connect(browser_, &ImageAsycnBrowser::ChatItemSizeChanged, this, &ChatItem::ChatItemSizeChanged);
   connect(browser_->label(), &QWidget::customContextMenuRequested, this, [this] { RequestContextMenu(false); });
+  connect(browser_, &ImageAsycnBrowser::ImageClicked, this, [this] {
+    if (browser_->is_image_loaded()) {
+      RequestAction(chat::ChatImageMessageViewModel::kActionPreviewClicked);
+    } else if (!is_from_self_ && browser_->placeholder() == kImageMissing) {
+      // A picture that never arrived: a press fetches it again.
+      Variant params(base::variant::kVariantTypeMap);
+      params.Set(ChatImageMessageDownloadMsgFields_kStringMsgId, item_msg_id_);
+      emit ActionRequested(chat::ChatImageMessageViewModel::kActionRefreshImage, params);
+    }
+  });
   return holder;
 }
 

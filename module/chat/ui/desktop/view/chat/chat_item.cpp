@@ -399,6 +399,12 @@ void ChatItem::OnHoverTimer() {
   }
 }
 
+void ChatItem::RequestAction(quint32 action) {
+  Variant params(base::variant::kVariantTypeMap);
+  params.Set("msg_id", item_msg_id_);
+  emit ActionRequested(action, params);
+}
+
 void ChatItem::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) {
     QWidget* hit = childAt(event->pos());

@@ -79,6 +79,9 @@ class ChatItem : public QWidget {
   void OnCustomContextMenuRequested(Variant const& params);
   // A press on the avatar: "msg_id", "pt_x", "pt_y".
   void ChatItemMenuRequested(Variant const& params);
+  // Something in the bubble asks the message's view model for `action`
+  // (opening a card's app, a notice's page, retrying a picture).
+  void ActionRequested(quint32 action, Variant const& params);
 
  protected:
   virtual QWidget* CreateMsgContent(QWidget* parent) = 0;
@@ -91,6 +94,8 @@ class ChatItem : public QWidget {
 
   // Sends the context menu request at the global cursor position.
   void RequestContextMenu(bool from_more, Variant extra = Variant());
+  // Asks the row's view model for `action` about this message: "msg_id".
+  void RequestAction(quint32 action);
 
   bool is_from_self_ = false;
   std::string item_msg_id_;

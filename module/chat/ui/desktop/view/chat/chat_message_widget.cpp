@@ -51,6 +51,7 @@ void ChatMessageWidget::SetMessageInfo(Variant const& message) {
     connect(item_, &ChatItem::ChatItemSizeChanged, this, &ChatMessageWidget::SizeChanged);
     connect(item_, &ChatItem::OnCustomContextMenuRequested, this, &ChatMessageWidget::ContextMenuRequested);
     connect(item_, &ChatItem::ChatItemMenuRequested, this, &ChatMessageWidget::AvatarMenuRequested);
+    connect(item_, &ChatItem::ActionRequested, this, &ChatMessageWidget::ActionRequested);
     item_->show();
   }
   item_->SetMessageInfo(message);

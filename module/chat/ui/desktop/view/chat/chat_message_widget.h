@@ -27,6 +27,8 @@ class ChatMessageWidget : public QFReuseWidget, public WidgetView {
   void SizeChanged();
   void ContextMenuRequested(Variant const& params);
   void AvatarMenuRequested(Variant const& params);
+  // The item's request for an action of the row's view model.
+  void ActionRequested(quint32 action, Variant const& params);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

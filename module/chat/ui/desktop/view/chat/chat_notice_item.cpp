@@ -8,10 +8,14 @@
 #include <QVBoxLayout>
 
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
+#include "chat/viewmodel/chat_notice_message_view_model.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "uikit/tx_qt_ui_util.h"
 
-ChatNoticeItem::ChatNoticeItem(QWidget* parent) : ChatItem(parent) {}
+ChatNoticeItem::ChatNoticeItem(QWidget* parent) : ChatItem(parent) {
+  connect(this, &ChatNoticeItem::ViewDetailClicked, this,
+          [this] { RequestAction(chat::ChatNoticeMessageViewModel::kActionShowMeetingNotice); });
+}
 
 QWidget* ChatNoticeItem::CreateMsgContent(QWidget* parent) {
   auto* container = new QWidget(parent);

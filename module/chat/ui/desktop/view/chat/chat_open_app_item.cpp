@@ -1,9 +1,14 @@
 #include "chat/ui/desktop/view/chat/chat_open_app_item.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QVBoxLayout>
 
+#include "base/log/log.h"
+#include "chat/viewmodel/chat_openapp_message_view_model.h"
 #include "framework/chat/chat_schema_keys.h"
+#include "uikit/widget/flex_box_widget.h"
 
 namespace {
 QString Str(Variant const& v, char const* key) { return QString::fromStdString(v.GetString(key)); }
@@ -30,6 +35,33 @@ void ChatOpenAppItem::OnCreateMessageContent() {
   }
 }
 
+Variant ChatOpenAppItem::FlexCardData(Variant const& message) {
+  Variant const& goods = message.Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
+  Variant data(base::variant::kVariantTypeMap);
+  data.Set("goods_name", goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoGoodsName));
+  data.Set("goods_image", goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoGoodsImage));
+  data.Set("original_price", goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoOriginalPrice));
+  data.Set("current_price", goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoCurrentPrice));
+  data.Set("has_discount", goods.GetBoolean(ChatOpenappMessageGoodsInfoFields_kBooleanGoodsInfoHasDiscount));
+  for (char const* key : {"app_info_name", "app_info_icon", "msg_content_title"}) data.Set(key, goods.GetString(key));
+  data.Set("title", message.GetString(ChatOpenappMessageInfoFields_kStringInfoTitle));
+  data.Set("description", message.GetString(ChatOpenappMessageInfoFields_kStringInfoDescription));
+  data.Set("confirm_btn_text", message.GetString(ChatOpenappMessageInfoFields_kStringInfoConfirmBtn));
+  return data;
+}
+
+QWidget* ChatOpenAppItem::NewCard() {
+  card_ = new QWidget(holder_);
+  card_->setObjectName("OpenAppCard");
+  card_->setAttribute(Qt::WA_StyledBackground);
+  card_->setFixedWidth(kCardWidth);
+  card_->setStyleSheet("QWidget#OpenAppCard { background-color: #FFFFFF; border: 1px solid #EBEDF2; border-radius: 8px; }");
+  auto* layout = new QVBoxLayout(card_);
+  layout->setContentsMargins(12, 10, 12, 10);
+  layout->setSpacing(6);
+  return card_;
+}
+
 QLabel* ChatOpenAppItem::AddLabel(char const* name, QString const& text, char const* color, int pixel_size) {
   auto* label = new QLabel(text, card_);
   label->setObjectName(name);
@@ -41,25 +73,40 @@ QLabel* ChatOpenAppItem::AddLabel(char const* name, QString const& text, char co
 
 void ChatOpenAppItem::UpdateMsgContentWithMessageInfo(Variant const& message) {
   OnCreateMessageContent();
-  card_ = new QWidget(holder_);
-  card_->setObjectName("OpenAppCard");
-  card_->setAttribute(Qt::WA_StyledBackground);
-  card_->setFixedWidth(kCardWidth);
-  card_->setStyleSheet("QWidget#OpenAppCard { background-color: #FFFFFF; border: 1px solid #EBEDF2; border-radius: 8px; }");
-  auto* layout = new QVBoxLayout(card_);
-  layout->setContentsMargins(12, 10, 12, 10);
-  layout->setSpacing(6);
-  holder_->layout()->addWidget(card_);
   const int content_layout = message.GetInt32(ChatOpenappMessageInfoFields_kIntegerInfoContentLayoutType, 0);
-  if (message.Has(ChatOpenappMessageInfoFields_kPtrInfoExtData) && content_layout != kLayoutCommon) {
-    BuildGoods(message, content_layout == kLayoutFlexGoods);
-  } else {
+  const bool goods = message.Has(ChatOpenappMessageInfoFields_kPtrInfoExtData) && content_layout != kLayoutCommon;
+  if (!goods) {
     BuildCommon(message);
+  } else if (content_layout != kLayoutFlexGoods || !BuildFlexGoods(message)) {
+    BuildGoods(message);
   }
+  holder_->layout()->addWidget(card_);
+  card_->setCursor(Qt::PointingHandCursor);
+  card_->installEventFilter(this);
   card_->show();
 }
 
+bool ChatOpenAppItem::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != card_ || (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonRelease)) {
+    return ChatItem::eventFilter(watched, event);
+  }
+  auto* mouse = static_cast<QMouseEvent*>(event);
+  if (mouse->button() != Qt::LeftButton) return ChatItem::eventFilter(watched, event);
+  if (event->type() == QEvent::MouseButtonPress) {
+    press_pos_ = mouse->globalPos();
+    pressed_ = true;
+    return ChatItem::eventFilter(watched, event);
+  }
+  // A click, not the end of a drag that selects rows, opens the card's app.
+  const bool click = pressed_ && card_->rect().contains(mouse->pos()) &&
+                     (mouse->globalPos() - press_pos_).manhattanLength() < QApplication::startDragDistance();
+  pressed_ = false;
+  if (click) RequestAction(chat::ChatOpenappMessageViewModel::kActionClickOpenApp);
+  return ChatItem::eventFilter(watched, event);
+}
+
 void ChatOpenAppItem::BuildCommon(Variant const& message) {
+  NewCard();
   AddLabel("OpenApp_title_lbl", Str(message, ChatOpenappMessageInfoFields_kStringInfoTitle), "#000000", 14);
   AddLabel("OpenApp_desc_lbl", Str(message, ChatOpenappMessageInfoFields_kStringInfoDescription), "#66615E", 12);
   const QString image = Str(message, ChatOpenappMessageInfoFields_kStringInfoImage);
@@ -75,16 +122,9 @@ void ChatOpenAppItem::BuildCommon(Variant const& message) {
   AddLabel("OpenApp_app_name", Str(message, ChatOpenappMessageInfoFields_kStringInfoIconName), "#7B818F", 12);
 }
 
-void ChatOpenAppItem::BuildGoods(Variant const& message, bool flexible) {
+void ChatOpenAppItem::BuildGoods(Variant const& message) {
+  NewCard();
   Variant const& goods = message.Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
-  if (flexible) {
-    // The flexible card keeps every part in one box under the app's name.
-    auto* box = new QWidget(card_);
-    box->setObjectName("CommonGoodCard_FlexBox");
-    auto* box_layout = new QVBoxLayout(box);
-    box_layout->setContentsMargins(0, 0, 0, 0);
-    card_->layout()->addWidget(box);
-  }
   AddLabel("OldGoodCard_title_lbl", Str(goods, "msg_content_title"), "#000000", 14);
   QPixmap picture(Str(goods, ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoGoodsImage));
   auto* icon = new QLabel(card_);
@@ -100,4 +140,24 @@ void ChatOpenAppItem::BuildGoods(Variant const& message, bool flexible) {
   if (goods.GetBoolean(ChatOpenappMessageGoodsInfoFields_kBooleanGoodsInfoHasDiscount, false) && !current.isEmpty()) {
     price->setText(QString("%1  <s><font color=#7B818F>%2</font></s>").arg(current.toHtmlEscaped(), original.toHtmlEscaped()));
   }
+}
+
+bool ChatOpenAppItem::BuildFlexGoods(Variant const& message) {
+  Variant const& layout =
+      message.Get(ChatOpenappMessageInfoFields_kPtrInfoExtData).Get(chat::ChatOpenappMessageViewModel::kGoodsCardLayoutQt);
+  if (layout.IsNull()) {
+    TXLOG_INFO << "<IM> goods card without a flexible layout, msg_id=" << item_msg_id_;
+    return false;
+  }
+  auto* box = new FlexBoxWidget(holder_);
+  box->setObjectName("CommonGoodCard_FlexBox");
+  box->setFixedWidth(kCardWidth);
+  if (!box->SetLayoutTemplate(layout)) {
+    TXLOG_ERROR << "<IM> goods card layout unusable, msg_id=" << item_msg_id_;
+    delete box;
+    return false;
+  }
+  box->SetData(FlexCardData(message));
+  card_ = box;
+  return true;
 }
