@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QMimeData>
+#include <QTest>
 #include <QUrl>
 #include <QTemporaryDir>
 #include <memory>
@@ -17,6 +18,8 @@
 #include "chat/ui/desktop/view/chat/chat_notice_item.h"
 #include "chat/ui/desktop/view/chat/image_browser.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
+#include "chat/viewmodel/chat_image_message_view_model.h"
+#include "chat/viewmodel/chat_notice_message_view_model.h"
 #include "items_fixture.h"
 #include "support/test_util.h"
 #include "uikit/avatar/qt_avatar_view_factory.h"
@@ -169,6 +172,53 @@ TEST_F(ChatImageItemTest, MissingImagesShowTheirPlaceholderAndCopyNothing) {
   ASSERT_NE(mime, nullptr);
   ASSERT_EQ(mime->urls().size(), 1);
   EXPECT_EQ(mime->urls()[0].toLocalFile(), path);
+}
+
+TEST_F(ChatImageItemTest, PressesOnPicturesAndNoticesAskTheRowsViewModel) {
+  std::vector<std::pair<quint32, Variant>> actions;
+  auto watch = [&actions](ChatMessageWidget* row) {
+    QObject::connect(row, &ChatMessageWidget::ActionRequested,
+                     [&actions](quint32 action, Variant const& params) { actions.emplace_back(action, params); });
+  };
+  Variant failed = ImageInfo("img1", QString());
+  failed.Set(ChatImageMessageInfoFields_kIntegerInfoOrigDownloadStatus, 3);
+  auto missing = Row(failed);
+  watch(missing.get());
+  QTest::mousePress(BrowserOf(missing.get())->label(), Qt::LeftButton);
+  ASSERT_EQ(actions.size(), 1u);
+  EXPECT_EQ(actions[0].first, chat::ChatImageMessageViewModel::kActionRefreshImage) << "a missing picture is fetched again";
+  EXPECT_EQ(actions[0].second.GetString(ChatImageMessageDownloadMsgFields_kStringMsgId), "img1");
+
+  auto downloading = Row(ImageInfo("img2", QString()));
+  watch(downloading.get());
+  QTest::mousePress(BrowserOf(downloading.get())->label(), Qt::LeftButton);
+  EXPECT_EQ(actions.size(), 1u) << "a picture on its way needs nothing";
+
+  auto loaded = Row(ImageInfo("img3", WriteImage("photo.png", 64, 64)));
+  watch(loaded.get());
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return BrowserOf(loaded.get())->is_image_loaded(); }));
+  QTest::mousePress(BrowserOf(loaded.get())->label(), Qt::LeftButton);
+  ASSERT_EQ(actions.size(), 2u);
+  EXPECT_EQ(actions[1].first, chat::ChatImageMessageViewModel::kActionPreviewClicked);
+  EXPECT_EQ(actions[1].second.GetString("msg_id"), "img3");
+
+  Variant notice = BaseInfo("n1", 6, "Host");
+  Variant items(base::variant::kVariantTypeArray);
+  Variant item(base::variant::kVariantTypeMap);
+  std::string agenda;
+  for (int i = 1; i <= 12; ++i) agenda += "Item " + std::to_string(i) + " of the agenda.\r\n";
+  item.Set(ChatNoticeMessageItemFields_kStringItemContent, agenda);
+  items.Add(item);
+  notice.Set(ChatNoticeMessageInfoFields_kPtrInfoArrayItem, items);
+  auto notice_row = std::make_unique<ChatMessageWidget>("reuse_id6_2");
+  notice_row->setFixedWidth(360);
+  notice_row->SetMessageInfo(notice);
+  watch(notice_row.get());
+  QWidget* detail = static_cast<ChatNoticeItem*>(notice_row->item())->view_detail_row();
+  QTest::mouseClick(detail, Qt::LeftButton);
+  ASSERT_EQ(actions.size(), 3u);
+  EXPECT_EQ(actions[2].first, chat::ChatNoticeMessageViewModel::kActionShowMeetingNotice);
+  EXPECT_EQ(actions[2].second.GetString("msg_id"), "n1");
 }
 
 TEST_F(ChatImageItemTest, SelectionLaysATranslucentMaskOverTheContent) {
