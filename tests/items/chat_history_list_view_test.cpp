@@ -17,6 +17,7 @@
 #include "chat/ui/desktop/view/chat/chat_open_app_item.h"
 #include "chat/ui/desktop/view/chat/chat_text_item.h"
 #include "chat/ui/desktop/view/chat/text_browser.h"
+#include "chat/ui/desktop/view/rich_text/rich_text_label.h"
 #include "chat/viewmodel/chat_panel_history_list_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
 #include "framework/journal/host_journal.h"
@@ -309,6 +310,61 @@ TEST_F(HistoryListViewTest, AClickOnACardOpensItsAppThroughTheRowsViewModel) {
   framework::HostJournal::Clear();
   QTest::mouseClick(item->card(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
   EXPECT_EQ(framework::HostJournal::Entries("sidebar.OpenApp 77").size(), 1u);
+}
+
+TEST_F(HistoryListViewTest, ASelectedTextRowScrolledAwayAndBackShowsItsSelectionAgain) {
+  const auto ids = Seed(40);
+  Open();
+  const std::string a = ids[ids.size() - 3];
+  const std::string b = ids[ids.size() - 2];
+  auto index_of = [this](std::string const& id) {
+    const auto shown = view_->MessageIds();
+    return static_cast<int>(std::find(shown.begin(), shown.end(), id) - shown.begin());
+  };
+  QWidget* viewport = view_->list()->viewport();
+  // From the left of the first row's text to the right of the second's.
+  auto text_line = [this, viewport](std::string const& id, int x) {
+    RichTextLabel* label = TextRow(id)->browser()->label();
+    return QPoint(x, viewport->mapFromGlobal(label->mapToGlobal(label->rect().center())).y());
+  };
+  const QPoint press = text_line(a, 2);
+  const QPoint pointer = text_line(b, 350);
+  QCursor::setPos(viewport->mapToGlobal(press));
+  QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, press);
+  QCursor::setPos(viewport->mapToGlobal(pointer));
+  QMouseEvent move(QEvent::MouseMove, pointer, viewport->mapToGlobal(pointer), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(viewport, &move);
+  ASSERT_NE(TextRow(a), nullptr);
+  const QString selected_a = TextRow(a)->browser()->label()->CopyContentSelection();
+  const QString selected_b = TextRow(b)->browser()->label()->CopyContentSelection();
+  ASSERT_EQ(selected_a.toStdString(), "message " + std::to_string(ids.size() - 3));
+  ASSERT_EQ(selected_b.toStdString(), "message " + std::to_string(ids.size() - 2));
+
+  // With the button still held, the wheel takes both rows out of view (their
+  // widgets go back to the cache and show other messages), then back.
+  auto wheel = [viewport, pointer](int delta) {
+    QWheelEvent event(QPointF(pointer), QPointF(viewport->mapToGlobal(pointer)), QPoint(), QPoint(0, delta),
+                      Qt::LeftButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(viewport, &event);
+  };
+  for (int steps = 0; TextRow(a) && steps < 40; ++steps) wheel(120);
+  ASSERT_EQ(TextRow(a), nullptr) << "the row left the view";
+  // Rows measured on the way up may have moved the bottom: wheel until it stops.
+  for (int steps = 0, before = -1; view_->list()->ScrollValue() != before && steps < 80; ++steps) {
+    before = view_->list()->ScrollValue();
+    wheel(-120);
+  }
+
+  ChatTextItem* back = TextRow(a);
+  ASSERT_NE(back, nullptr);
+  EXPECT_TRUE(back->is_selected());
+  EXPECT_EQ(back->browser()->label()->CopyContentSelection(), selected_a);
+  EXPECT_EQ(TextRow(b)->browser()->label()->CopyContentSelection(), selected_b);
+  ChatTextItem* below = TextRow(ids.back());
+  ASSERT_NE(below, nullptr);
+  EXPECT_FALSE(below->is_selected()) << "rows the pointer passed on the way hold no selection now";
+  QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, pointer);
 }
 
 TEST_F(HistoryListViewTest, OneSelectedRowCopiesItsOwnText) {
