@@ -3,6 +3,7 @@
 // that opens the card's app.
 #include <QApplication>
 #include <QLabel>
+#include <QPointer>
 #include <QTest>
 #include <memory>
 #include <vector>
@@ -103,12 +104,25 @@ TEST_F(ChatOpenAppItemTest, TheFlexibleGoodsCardIsDrawnFromTheConfiguredLayout) 
   const int discounted = row->sizeHint().height();
   Variant goods = Goods(sim::GoodsCardLayouts().Get("default"));
   goods.Set(ChatOpenappMessageGoodsInfoFields_kBooleanGoodsInfoHasDiscount, false);
+  FlexBoxWidget* const first = box;
+  QPointer<FlexBoxWidget> first_card(first);
   row->SetMessageInfo(Card(ChatOpenAppItem::kLayoutFlexGoods, goods));
   box = qobject_cast<FlexBoxWidget*>(ItemOf(*row)->card());
   ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box, first) << "a recycled row refills a card of the same layout";
+  EXPECT_EQ(row->findChildren<FlexBoxWidget*>().size(), 1);
   EXPECT_EQ(text("original_price"), "");
   EXPECT_EQ(text("current_price"), "$12.50");
   EXPECT_LE(row->sizeHint().height(), discounted);
+
+  // Another layout builds another card.
+  Variant other = sim::GoodsCardLayouts().Get("default");
+  other.Set("padding", 4);
+  row->SetMessageInfo(Card(ChatOpenAppItem::kLayoutFlexGoods, Goods(other)));
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(first_card.isNull()) << "the card of the other layout is gone";
+  EXPECT_NE(qobject_cast<FlexBoxWidget*>(ItemOf(*row)->card()), nullptr);
+  EXPECT_EQ(row->findChildren<FlexBoxWidget*>().size(), 1);
 
   // The same row reused for a common card shows that card alone.
   row->SetMessageInfo(Card(ChatOpenAppItem::kLayoutCommon));

@@ -27,12 +27,16 @@ QWidget* ChatOpenAppItem::CreateMsgContent(QWidget* parent) {
 }
 
 void ChatOpenAppItem::OnCreateMessageContent() {
-  // Cards are laid out for their own message: start from an empty holder.
-  if (card_) {
-    card_->hide();
-    card_->deleteLater();
-    card_ = nullptr;
-  }
+  // A recycled row decides in UpdateMsgContentWithMessageInfo whether its
+  // card can show the next message: a flexible card of the same layout only
+  // takes the new values.
+}
+
+void ChatOpenAppItem::DropCard() {
+  if (!card_) return;
+  card_->hide();
+  card_->deleteLater();
+  card_ = nullptr;
 }
 
 Variant ChatOpenAppItem::FlexCardData(Variant const& message) {
@@ -72,12 +76,14 @@ QLabel* ChatOpenAppItem::AddLabel(char const* name, QString const& text, char co
 }
 
 void ChatOpenAppItem::UpdateMsgContentWithMessageInfo(Variant const& message) {
-  OnCreateMessageContent();
   const int content_layout = message.GetInt32(ChatOpenappMessageInfoFields_kIntegerInfoContentLayoutType, 0);
   const bool goods = message.Has(ChatOpenappMessageInfoFields_kPtrInfoExtData) && content_layout != kLayoutCommon;
+  const bool flexible = goods && content_layout == kLayoutFlexGoods;
+  if (flexible && RefillFlexGoods(message)) return;
+  DropCard();
   if (!goods) {
     BuildCommon(message);
-  } else if (content_layout != kLayoutFlexGoods || !BuildFlexGoods(message)) {
+  } else if (!flexible || !BuildFlexGoods(message)) {
     BuildGoods(message);
   }
   holder_->layout()->addWidget(card_);
@@ -142,9 +148,23 @@ void ChatOpenAppItem::BuildGoods(Variant const& message) {
   }
 }
 
+namespace {
+Variant const& FlexLayoutOf(Variant const& message) {
+  return message.Get(ChatOpenappMessageInfoFields_kPtrInfoExtData).Get(chat::ChatOpenappMessageViewModel::kGoodsCardLayoutQt);
+}
+}  // namespace
+
+bool ChatOpenAppItem::RefillFlexGoods(Variant const& message) {
+  auto* box = qobject_cast<FlexBoxWidget*>(card_);
+  if (!box) return false;
+  Variant const& layout = FlexLayoutOf(message);
+  if (layout.IsNull() || !(layout.SharesStorageWith(flex_layout_) || layout == flex_layout_)) return false;
+  box->SetData(FlexCardData(message));
+  return true;
+}
+
 bool ChatOpenAppItem::BuildFlexGoods(Variant const& message) {
-  Variant const& layout =
-      message.Get(ChatOpenappMessageInfoFields_kPtrInfoExtData).Get(chat::ChatOpenappMessageViewModel::kGoodsCardLayoutQt);
+  Variant const& layout = FlexLayoutOf(message);
   if (layout.IsNull()) {
     TXLOG_INFO << "<IM> goods card without a flexible layout, msg_id=" << item_msg_id_;
     return false;
@@ -159,5 +179,6 @@ bool ChatOpenAppItem::BuildFlexGoods(Variant const& message) {
   }
   box->SetData(FlexCardData(message));
   card_ = box;
+  flex_layout_ = layout;
   return true;
 }

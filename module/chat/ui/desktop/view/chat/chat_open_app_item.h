@@ -32,6 +32,10 @@ class ChatOpenAppItem : public ChatItem {
 
  private:
   QWidget* NewCard();
+  void DropCard();
+  // Shows `message` in the flexible card already built, when it has the
+  // same layout; building one costs far more than filling it.
+  bool RefillFlexGoods(Variant const& message);
   void BuildCommon(Variant const& message);
   void BuildGoods(Variant const& message);
   // False when the message carries no usable layout.
@@ -40,6 +44,7 @@ class ChatOpenAppItem : public ChatItem {
 
   QWidget* holder_ = nullptr;
   QWidget* card_ = nullptr;
+  Variant flex_layout_;
   QPoint press_pos_;
   bool pressed_ = false;
 };
