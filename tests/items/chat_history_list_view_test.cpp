@@ -108,6 +108,17 @@ class HistoryListViewTest : public ::testing::Test {
     return QPoint(150, list->ItemTopForIndex(index) - list->ScrollValue() + list->ItemHeightAt(index) / 2);
   }
 
+  // Presses in the list and drags to `to` with the button held, the cursor
+  // following, as a reader selecting text does.
+  void PressAndDrag(QPoint from, QPoint to) {
+    QWidget* viewport = view_->list()->viewport();
+    QCursor::setPos(viewport->mapToGlobal(from));
+    QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, from);
+    QCursor::setPos(viewport->mapToGlobal(to));
+    QMouseEvent move(QEvent::MouseMove, to, viewport->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &move);
+  }
+
   sim::MeetingSimulator meeting_;
   chat::ChatModuleRuntime runtime_;
   std::shared_ptr<framework::RecordingUIService> ui_;
@@ -240,14 +251,8 @@ TEST_F(HistoryListViewTest, CopyingSeveralRowsPutsTextAndHtmlOnTheClipboard) {
   const auto ids = view_->MessageIds();
   const int ia = static_cast<int>(std::find(ids.begin(), ids.end(), a) - ids.begin());
   const int ib = static_cast<int>(std::find(ids.begin(), ids.end(), b) - ids.begin());
-  QWidget* viewport = view_->list()->viewport();
-  QCursor::setPos(viewport->mapToGlobal(MiddleOfRow(ia)));
-  QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, MiddleOfRow(ia));
-  QCursor::setPos(viewport->mapToGlobal(MiddleOfRow(ib)));
-  QMouseEvent move(QEvent::MouseMove, MiddleOfRow(ib), viewport->mapToGlobal(MiddleOfRow(ib)), Qt::NoButton,
-                   Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(viewport, &move);
-  QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, MiddleOfRow(ib));
+  PressAndDrag(MiddleOfRow(ia), MiddleOfRow(ib));
+  QTest::mouseRelease(view_->list()->viewport(), Qt::LeftButton, Qt::NoModifier, MiddleOfRow(ib));
   std::vector<int> selected;
   view_->list()->GetSelectionVecIndex(&selected);
   ASSERT_EQ(selected.size(), 2u);
@@ -329,12 +334,7 @@ TEST_F(HistoryListViewTest, ASelectedTextRowScrolledAwayAndBackShowsItsSelection
   };
   const QPoint press = text_line(a, 2);
   const QPoint pointer = text_line(b, 350);
-  QCursor::setPos(viewport->mapToGlobal(press));
-  QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, press);
-  QCursor::setPos(viewport->mapToGlobal(pointer));
-  QMouseEvent move(QEvent::MouseMove, pointer, viewport->mapToGlobal(pointer), Qt::NoButton, Qt::LeftButton,
-                   Qt::NoModifier);
-  QApplication::sendEvent(viewport, &move);
+  PressAndDrag(press, pointer);
   ASSERT_NE(TextRow(a), nullptr);
   const QString selected_a = TextRow(a)->browser()->label()->CopyContentSelection();
   const QString selected_b = TextRow(b)->browser()->label()->CopyContentSelection();
@@ -376,12 +376,7 @@ TEST_F(HistoryListViewTest, OneSelectedRowCopiesItsOwnText) {
   QWidget* viewport = view_->list()->viewport();
   const QPoint left(2, MiddleOfRow(ia).y());
   const QPoint right(350, MiddleOfRow(ia).y());
-  QCursor::setPos(viewport->mapToGlobal(left));
-  QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, left);
-  QCursor::setPos(viewport->mapToGlobal(right));
-  QMouseEvent move(QEvent::MouseMove, right, viewport->mapToGlobal(right), Qt::NoButton, Qt::LeftButton,
-                   Qt::NoModifier);
-  QApplication::sendEvent(viewport, &move);
+  PressAndDrag(left, right);
   QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, right);
   QApplication::clipboard()->clear();
   view_->CopySelection();
