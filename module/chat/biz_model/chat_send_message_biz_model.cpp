@@ -12,6 +12,7 @@
 #include "chat/biz_model/chat_biz_model.h"
 #include "chat/biz_model/chat_biz_model_helper.h"
 #include "chat/util/chat_strings.h"
+#include "chat/runtime/chat_ids.h"
 #include "chat/util/utils.h"
 #include "framework/chat/chat_file_utils.h"
 #include "framework/chat/chat_utils.h"
@@ -49,8 +50,6 @@ namespace member = talvex_common::utils::member;
 
 constexpr uint32_t kMixedSendEvent = 34;
 constexpr int kMixedSendPriority = 102;
-constexpr uint32_t kMemberMethodWaitingRoomList = 35;
-constexpr uint32_t kMemberMethodWaitingRoomMembers = 37;
 constexpr uint32_t kFileMethodCheck = 14;
 constexpr size_t kMaxMixedTextLength = 3000;
 constexpr int kItemTypeText = 0;
@@ -161,6 +160,19 @@ bool ChatSendMessageBizModel::CheckReminderBeforeSend(Variant const& params, int
   Variant none("");
   InvokeChatBizModel(runtime_, TypedBizModel::Chat::ModelImpl::kSetReminderMsgId, &none);
   return false;
+}
+
+bool ChatSendMessageBizModel::PostToMessageModel(uint32_t method, Variant const& send, char const* what,
+                                                 std::string* msg_id) {
+  auto messages = framework::module::GetAppModuleModel(kHostChatMessageModel);
+  if (!messages) {
+    TXLOG_ERROR << "<IM> no message model, " << what << " not sent";
+    return false;
+  }
+  Variant id;
+  messages->Invoke(method, &send, &id);
+  *msg_id = id.IsString() ? id.AsStr() : std::string();
+  return true;
 }
 
 bool ChatSendMessageBizModel::CheckAuthorizeBeforeSendAction() {
@@ -317,13 +329,8 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
   } else if (type == 4 && talvex_common::utils::webinar::SelfIsAttendee()) {
     method = 40;
   }
-  auto messages = framework::module::GetAppModuleModel(kHostChatMessageModel);
-  if (!messages) {
-    TXLOG_ERROR << "<IM> no message model, text not sent";
-    return;
-  }
-  Variant msg_id;
-  messages->Invoke(method, &send, &msg_id);
+  std::string msg_id;
+  if (!PostToMessageModel(method, send, "text", &msg_id)) return;
   TXLOG_INFO << "<IM> send message conv_type = " << conv.conv_type << ", content=" << framework::VariantToString(&send);
   ReportSend("1", conv, receiver);
   if (template_type == 1) {
@@ -339,7 +346,7 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
          {"to_appid", receiver.GetString("app_id")},
          {"app_uid", self.self_app_uid},
          {"to_uid", receiver.GetString("app_uid")},
-         {"task_id", msg_id.IsString() ? msg_id.AsStr() : std::string()}});
+         {"task_id", msg_id}});
   }
 }
 
@@ -435,14 +442,9 @@ void ChatSendMessageBizModel::HandleSendImageMessage(std::string const& path, Va
   send.Set("image_elem_orig_path", path);
   send.Set("image_elem_level", params.GetInt32(kSendFieldImageLevel, 0));
   send.Set("image_elem_format", format);
-  auto messages = framework::module::GetAppModuleModel(kHostChatMessageModel);
-  if (!messages) {
-    TXLOG_ERROR << "<IM> no message model, image not sent";
-    return;
-  }
-  Variant msg_id;
-  messages->Invoke(type == 3 ? 31 : 30, &send, &msg_id);
-  TXLOG_INFO << "<IM> send message." << ", msgid=" << (msg_id.IsString() ? msg_id.AsStr() : std::string())
+  std::string msg_id;
+  if (!PostToMessageModel(type == 3 ? 31 : 30, send, "image", &msg_id)) return;
+  TXLOG_INFO << "<IM> send message." << ", msgid=" << msg_id
              << " image_elem_orig_path =" << path;
   if (template_type == 2) ReportSend("2", conv, receiver);
 }
@@ -583,14 +585,9 @@ void ChatSendMessageBizModel::HandleSendFileMessage(Variant const& params, std::
   }
   send.Set("report_conv_type", report_conv_type);
   send.Set("report_file_type", file_type);
-  auto messages = framework::module::GetAppModuleModel(kHostChatMessageModel);
-  if (!messages) {
-    TXLOG_ERROR << "<IM> no message model, file not sent";
-    return;
-  }
-  Variant msg_id;
-  messages->Invoke(conv.receiver_type == 3 ? 57 : 52, &send, &msg_id);
-  TXLOG_INFO << "<IM> [chat file] send file msg id :" << (msg_id.IsString() ? msg_id.AsStr() : std::string())
+  std::string msg_id;
+  if (!PostToMessageModel(conv.receiver_type == 3 ? 57 : 52, send, "file", &msg_id)) return;
+  TXLOG_INFO << "<IM> [chat file] send file msg id :" << msg_id
              << ", path = " << path;
   analytics::LogEventWithProperties("inmeeting_im_null_file_null_null_send", {{"action_source", action_source},
                                                                              {"report_conv_type", report_conv_type},

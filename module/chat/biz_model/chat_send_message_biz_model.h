@@ -79,6 +79,9 @@ class ChatSendMessageBizModel : public TypedBizModel::ChatSendMessage::ModelImpl
   // The chosen receiver, its type and conversation, and the start of a send
   // request; false (logged) when there is no receiver to send to.
   bool BeginSend(Variant& receiver, int& type, Conversation& conv, Variant& send);
+  // Hands a send to the client's message model; false (logged) without one.
+  // `msg_id` is the id the client gave the message, or "".
+  bool PostToMessageModel(uint32_t method, Variant const& send, char const* what, std::string* msg_id);
 
   void Refuse(std::string const& text);
   void RefuseById(uint32_t text_id);

@@ -1,12 +1,12 @@
 #include "chat/model/send_button_config_model.h"
 
+#include "chat/runtime/chat_ids.h"
 #include "framework/config/configure_service.h"
 #include "framework/module/app_module.h"
 
 namespace chat {
 
 namespace {
-constexpr uint32_t kMeetingEventJoined = 1;
 
 bool ConfigBool(char const* key, bool def) {
   const Variant v = talvex_common::utils::QueryConfigureService("chat", key, Variant(def));

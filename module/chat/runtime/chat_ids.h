@@ -27,12 +27,18 @@ enum HostModelId : int {
   kHostMeetingModel = 514,
   kHostSettingsModel = 517,
   kHostChatMessageModel = 524,
+  kHostAuthorityModel = 526,
   kHostPrivateChatModel = 528,
   kHostFaceModel = 570,
   kHostSidebarAppModel = 641,
   kHostChatFileModel = 10009,
   kHostCellHeightModel = 10014,
 };
+
+// Methods and events of the client's models that several parts of the module call.
+constexpr uint32_t kMemberMethodWaitingRoomList = 35;     // kHostMemberModel: who waits in the waiting room
+constexpr uint32_t kMemberMethodWaitingRoomMembers = 37;  // kHostMemberModel: the waiting room's member list
+constexpr uint32_t kMeetingEventJoined = 1;               // kHostMeetingModel: the meeting is joined
 
 constexpr char kModuleName[] = "chat";
 

@@ -18,8 +18,6 @@ namespace chat {
 namespace {
 constexpr uint32_t kFileMethodDownload = 4;
 constexpr uint32_t kFileMethodIsSupport = 16;
-constexpr uint32_t kMemberMethodWaitingRoomList = 35;
-constexpr uint32_t kMemberMethodWaitingRoomMembers = 37;
 constexpr int64_t kDefaultSendFileMaxSize = 524288000;
 
 bool UserIsInList(uint32_t method, std::string const& user_id) {

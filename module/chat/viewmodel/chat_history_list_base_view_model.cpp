@@ -41,7 +41,6 @@ constexpr uint32_t kShieldMethodStart = 5;
 constexpr uint32_t kShieldMethodStop = 6;
 constexpr uint32_t kShieldEventInfo = 0;
 constexpr uint32_t kMeetingMethodDisplayState = 11;
-constexpr uint32_t kMeetingEventJoined = 1;
 // List record model.
 constexpr uint32_t kListMethodGetListId = 1039495232;
 constexpr uint32_t kListMethodReset = 468035239;

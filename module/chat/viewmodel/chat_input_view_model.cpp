@@ -25,7 +25,6 @@ using SendModel = TypedBizModel::ChatSendMessage::ModelImpl;
 
 constexpr int kHostNetworkModel = 504;
 constexpr uint32_t kNetworkMethodIsUp = 9;
-constexpr int kHostAuthorityModel = 526;
 constexpr int kHostNoticeModel = 539;
 constexpr int kHostWebinarTipsModel = 690;
 constexpr int kHostNoticeStateModel = 1000001;

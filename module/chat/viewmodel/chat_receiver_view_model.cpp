@@ -10,7 +10,6 @@
 namespace chat {
 
 namespace {
-constexpr int kHostAuthorityModel = 526;
 
 template <typename Fn>
 std::shared_ptr<framework::EventHandler> Handler(Fn fn) {

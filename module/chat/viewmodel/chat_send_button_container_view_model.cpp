@@ -11,10 +11,6 @@
 
 namespace chat {
 
-namespace {
-constexpr int kHostAuthorityModel = 526;
-}
-
 ChatSendButtonContainerViewModel::ChatSendButtonContainerViewModel() : talvex::ContributesViewModel(kContributesId) {}
 
 void ChatSendButtonContainerViewModel::OnViewAttached(Variant const* params) {
