@@ -160,20 +160,14 @@ TEST_F(ModelEventsTest, ASecondSubscriptionReplacesTheFirstAndNullHandlersAreIgn
   EXPECT_EQ(model.SubscriberCount(kEvent), 1u);
 }
 
-TEST_F(ModelEventsTest, CallsGoThroughInvoke) {
+TEST_F(ModelEventsTest, PointToPointAndAsyncCallsGoThroughInvoke) {
   EchoModel model;
   Variant params("p"), result;
-  EXPECT_TRUE(model.Invoke(1, &params, &result));
-  EXPECT_EQ(result.AsStr(), "p");
-  EXPECT_TRUE(model.Invoke(1, nullptr, nullptr));
-  EXPECT_FALSE(model.Invoke(2, &params, &result));
-  EXPECT_FALSE(framework::ModelImpl().Invoke(1, &params, &result));
-
-  result.Reset();
   EXPECT_TRUE(model.P2PCall(1, kB, &params, &result));
   EXPECT_EQ(result.AsStr(), "p");
+  EXPECT_FALSE(model.P2PCall(2, kB, &params, &result));
   EXPECT_EQ(model.AsyncCall(1, nullptr).get().AsStr(), "none");
-  EXPECT_TRUE(model.AsyncCall(9, &params).get().IsNull());
+  EXPECT_TRUE(model.AsyncCall(9, &params).get().IsNull()) << "a refused call yields null";
 }
 
 TEST_F(ModelEventsTest, ServicesDeliverEventsLikeModels) {
