@@ -139,19 +139,21 @@ class FileCopyTest : public testing::Test {
     ASSERT_TRUE(util::file::EnsureDirExist(dir_));
   }
 
-  // Copies and waits for the reply; returns the reported outcome and checks
-  // that the reply came on the main looper it was asked for.
-  bool Copy(std::string const& source, std::string const& target) {
-    bool replied = false, result = false;
+  // Copies, waits for the reply and checks it came on `reply_to`; returns
+  // the reported outcome.
+  bool Copy(std::string const& source, std::string const& target,
+            std::shared_ptr<base::threading::Looper> reply_to = LooperThread::MainLooper()) {
+    std::atomic<bool> replied{false}, result{false}, on_reply_looper{false};
     base::file::FileCopyer::FileCopy(
         source, target,
         [&](bool ok) {
+          on_reply_looper = reply_to->BelongsToCurrentThread();
           result = ok;
           replied = true;
-          EXPECT_TRUE(OnMainThread());
         },
-        LooperThread::FileLooper(), LooperThread::MainLooper());
-    EXPECT_TRUE(talvex_test::WaitUntil([&] { return replied; }));
+        LooperThread::FileLooper(), reply_to);
+    EXPECT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
+    EXPECT_TRUE(on_reply_looper);
     return result;
   }
 
@@ -197,16 +199,7 @@ TEST_F(FileCopyTest, ReportsFailureWithoutTouchingTheTarget) {
 
 TEST_F(FileCopyTest, RepliesOnTheLooperItIsGiven) {
   WriteFile(dir_ + "/a.txt", "a");
-  std::atomic<bool> replied{false}, on_worker{false};
-  base::file::FileCopyer::FileCopy(
-      dir_ + "/a.txt", dir_ + "/b.txt",
-      [&](bool ok) {
-        on_worker = ok && LooperThread::FileLooper()->BelongsToCurrentThread();
-        replied = true;
-      },
-      LooperThread::FileLooper(), LooperThread::FileLooper());
-  ASSERT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
-  EXPECT_TRUE(on_worker);
+  EXPECT_TRUE(Copy(dir_ + "/a.txt", dir_ + "/b.txt", LooperThread::FileLooper()));
   EXPECT_EQ(ReadFile(dir_ + "/b.txt"), "a");
 }
 
