@@ -170,21 +170,6 @@ TEST_F(ModelEventsTest, PointToPointAndAsyncCallsGoThroughInvoke) {
   EXPECT_TRUE(model.AsyncCall(9, &params).get().IsNull()) << "a refused call yields null";
 }
 
-TEST_F(ModelEventsTest, ServicesDeliverEventsLikeModels) {
-  framework::BaseServiceImpl service;
-  service.Subscribe(kEvent, kA, Log("plain"));
-  service.SubscribePriority(kEvent, 4, kB, LogPrio("high"));
-  service.SubscribePriority(kEvent, 9, kC, LogPrio("stop", true));
-  EXPECT_TRUE(service.FireEvent(kEvent, nullptr));
-  service.UnsubscribePriority(kEvent, kC);
-  EXPECT_FALSE(service.FireEvent(kEvent, nullptr));
-  EXPECT_EQ(Take(), (Strings{"stop", "high", "plain"}));
-
-  service.Unsubscribe(kA);
-  service.UnsubscribePriority(kB);
-  EXPECT_EQ(service.SubscriberCount(kEvent), 0u);
-}
-
 TEST(AppModuleTest, ModelsAreFoundByIdUntilUnregistered) {
   using framework::module::GetAppModuleModel;
   auto* modules = framework::module::GetModuleService();
