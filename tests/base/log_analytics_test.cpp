@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 
 #include <fstream>
 #include <string>
@@ -17,9 +16,11 @@
 
 namespace {
 
+namespace ua = talvex_common::utils::analytics;
+
 std::string ReadFile(std::string const& path) {
   std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // Restores the quiet logging set up by the test main when a test is done.
@@ -47,16 +48,14 @@ TEST_F(LogTest, LongLinesAreCutExceptAtVerboseLevel) {
   std::string wide;
   for (int i = 0; i < 400; ++i) wide += "中";
   TXLOG_WARN << wide;
+  base::log::PrintLog(base::log::kLogInfo, "f.cpp", 1, "F", long_text);
 
-  ASSERT_EQ(capture.records().size(), 4u);
+  ASSERT_EQ(capture.records().size(), 5u);
   EXPECT_EQ(capture.records()[0].text, std::string(1024, 'a'));
   EXPECT_EQ(capture.records()[1].text, long_text);
-  EXPECT_EQ(capture.records()[2].text.size(), 1024u);
+  EXPECT_EQ(capture.records()[2].text, std::string(1024, 'b'));
   EXPECT_EQ(capture.records()[3].text, wide.substr(0, 1023));
-
-  // PrintLog called directly holds to the same limit.
-  base::log::PrintLog(base::log::kLogInfo, "f.cpp", 1, "F", long_text);
-  EXPECT_EQ(capture.records().back().text.size(), 1024u);
+  EXPECT_EQ(capture.records()[4].text.size(), 1024u) << "PrintLog holds to the same limit";
 }
 
 TEST_F(LogTest, LevelGateSkipsTheWholeStatement) {
@@ -78,10 +77,7 @@ TEST_F(LogTest, LevelGateSkipsTheWholeStatement) {
   EXPECT_EQ(record.text, "<IM> kept 1 true");
   EXPECT_EQ(record.level, base::log::kLogWarning);
   EXPECT_NE(record.file.find("log_analytics_test.cpp"), std::string::npos);
-  EXPECT_GT(record.line, 0);
   EXPECT_EQ(record.function, "TestBody");
-  EXPECT_TRUE(capture.Contains("kept", base::log::kLogWarning));
-  EXPECT_FALSE(capture.Contains("kept", base::log::kLogInfo));
 }
 
 TEST_F(LogTest, RotatingFileReceivesLinesAndKeepsItsFileCount) {
@@ -101,9 +97,8 @@ TEST_F(LogTest, RotatingFileReceivesLinesAndKeepsItsFileCount) {
   const std::string current = ReadFile(dir + "/chat.log");
   EXPECT_NE(current.find("[chat file] last line"), std::string::npos);
   EXPECT_NE(current.find("log_analytics_test.cpp"), std::string::npos);
-  EXPECT_TRUE(util::file::IsFileExist(dir + "/chat.1.log"));
-  EXPECT_TRUE(util::file::IsFileExist(dir + "/chat.2.log"));
-  EXPECT_EQ(QDir(QString::fromStdString(dir)).entryList(QDir::Files).size(), 3);
+  EXPECT_EQ(QDir(QString::fromStdString(dir)).entryList(QDir::Files),
+            (QStringList{"chat.1.log", "chat.2.log", "chat.log"}));
 
   base::log::ShutdownLogging();
   EXPECT_EQ(base::log::CurrentLogFile(), "");
@@ -111,12 +106,11 @@ TEST_F(LogTest, RotatingFileReceivesLinesAndKeepsItsFileCount) {
   EXPECT_EQ(ReadFile(dir + "/chat.log").find("after shutdown"), std::string::npos);
 }
 
-TEST_F(LogTest, DefaultDirectoryIsUnderTheUserStateDirectory) {
+TEST_F(LogTest, DefaultFileIsUnderTheUserStateDirectory) {
   base::log::LogOptions options;
   options.stderr_level = 0;
   base::log::InitLogging(options);
   EXPECT_EQ(base::log::CurrentLogFile(), util::file::UserStateDir() + "/talvex/logs/talvex.log");
-  EXPECT_EQ(util::file::UserStateDir(), talvex_test::TempRoot() + "/state");
   TXLOG_INFO << "into the default file";
   EXPECT_NE(ReadFile(base::log::CurrentLogFile()).find("into the default file"), std::string::npos);
 }
@@ -146,68 +140,58 @@ class AnalyticsTest : public testing::Test {
 };
 
 TEST_F(AnalyticsTest, RecordsEveryFormWithItsProperties) {
-  namespace ua = talvex_common::utils::analytics;
+  using Props = std::map<std::string, std::string>;
   ua::LogEvent("e#meeting#im_notice_click#click");
   ua::LogEventWithProperty("e#chat#send", "type", "text");
   ua::LogEventWith2Properties("e#chat#send", "type", "image", "count", "2");
   ua::LogEventWithProperties("e#chat#menu", {{"item", "copy"}});
-  base::variant::Variant props;
-  props["id"] = 17;
-  props["ok"] = true;
-  props["who"] = "host";
-  base::analytics::LogEventWithProperties("e#chat#variant", props);
+  base::analytics::LogEventWithProperties("e#chat#variant",
+                                          Variant(Variant::Map{{"id", 17}, {"ok", true}, {"who", "host"}}));
 
   const auto all = base::analytics::RecordedEvents();
   ASSERT_EQ(all.size(), 5u);
   EXPECT_EQ(all[0].name, "e#meeting#im_notice_click#click");
   EXPECT_TRUE(all[0].properties.empty());
   EXPECT_GT(all[0].timestamp_ms, 0);
+  EXPECT_EQ(all[3].properties, (Props{{"item", "copy"}}));
+  EXPECT_EQ(all[4].properties, (Props{{"id", "17"}, {"ok", "true"}, {"who", "host"}}));
 
   const auto sends = base::analytics::RecordedEvents("e#chat#send");
   ASSERT_EQ(sends.size(), 2u);
-  EXPECT_EQ(sends[0].properties.at("type"), "text");
-  EXPECT_EQ(sends[1].properties, (std::map<std::string, std::string>{{"type", "image"}, {"count", "2"}}));
-  EXPECT_EQ(all[4].properties,
-            (std::map<std::string, std::string>{{"id", "17"}, {"ok", "true"}, {"who", "host"}}));
-
-  base::analytics::ClearRecordedEvents();
-  EXPECT_TRUE(base::analytics::RecordedEvents().empty());
+  EXPECT_EQ(sends[0].properties, (Props{{"type", "text"}}));
+  EXPECT_EQ(sends[1].properties, (Props{{"type", "image"}, {"count", "2"}}));
 }
 
 TEST_F(AnalyticsTest, AppendsJsonLinesWhileAFileIsSet) {
   const std::string path = talvex_test::TempRoot() + "/analytics/events.jsonl";
   base::analytics::SetJsonLinesFile(path);
-  talvex_common::utils::analytics::LogEventWithProperty("e#one", "k", "v \"quoted\"");
-  talvex_common::utils::analytics::LogEvent("e#two");
+  ua::LogEventWithProperty("e#one", "k", "v \"quoted\"");
+  ua::LogEvent("e#two");
   base::analytics::SetJsonLinesFile("");
-  talvex_common::utils::analytics::LogEvent("e#not-in-file");
+  ua::LogEvent("e#not-in-file");
+  // A file set again later is appended to, not truncated.
+  base::analytics::SetJsonLinesFile(path);
+  ua::LogEvent("e#three");
+  base::analytics::SetJsonLinesFile("");
 
   std::ifstream in(path);
   std::vector<nlohmann::json> lines;
   for (std::string line; std::getline(in, line);) lines.push_back(nlohmann::json::parse(line));
-  ASSERT_EQ(lines.size(), 2u);
+  ASSERT_EQ(lines.size(), 3u);
   EXPECT_EQ(lines[0]["name"], "e#one");
   EXPECT_EQ(lines[0]["properties"]["k"], "v \"quoted\"");
   EXPECT_EQ(lines[1]["name"], "e#two");
   EXPECT_TRUE(lines[1]["properties"].empty());
   EXPECT_GT(lines[1]["timestamp_ms"].get<int64_t>(), 0);
-  EXPECT_EQ(base::analytics::RecordedEvents().size(), 3u);
-
-  // A second file set later appends rather than truncates.
-  base::analytics::SetJsonLinesFile(path);
-  talvex_common::utils::analytics::LogEvent("e#three");
-  base::analytics::SetJsonLinesFile("");
-  EXPECT_NE(ReadFile(path).find("e#one"), std::string::npos);
-  EXPECT_NE(ReadFile(path).find("e#three"), std::string::npos);
+  EXPECT_EQ(lines[2]["name"], "e#three");
+  EXPECT_EQ(base::analytics::RecordedEvents().size(), 4u);
 }
 
 TEST_F(AnalyticsTest, ConcurrentEventsAreAllRecorded) {
   std::vector<std::thread> threads;
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([t] {
-      for (int i = 0; i < 250; ++i) {
-        talvex_common::utils::analytics::LogEventWithProperty("e#load", "thread", std::to_string(t));
-      }
+      for (int i = 0; i < 250; ++i) ua::LogEventWithProperty("e#load", "thread", std::to_string(t));
     });
   }
   for (auto& thread : threads) thread.join();

@@ -18,8 +18,8 @@
 #include "base/util/file_util.h"
 #include "support/test_util.h"
 
-using base::threading::Looper;
 using base::threading::LooperThread;
+namespace timer = talvex_common::utils::timer;
 
 namespace {
 
@@ -27,13 +27,10 @@ bool OnMainThread() { return QThread::currentThread() == QCoreApplication::insta
 
 std::string ReadFile(std::string const& path) {
   std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
-void WriteFile(std::string const& path, std::string const& data) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out << data;
-}
+void WriteFile(std::string const& path, std::string const& data) { std::ofstream(path, std::ios::binary) << data; }
 
 }  // namespace
 
@@ -65,8 +62,7 @@ TEST(Loopers, FileLooperWorksOffTheMainThreadAndRepliesOnMain) {
 
   std::mutex mutex;
   std::vector<int> order;
-  std::atomic<bool> worker_off_main{false}, worker_owns_thread{false}, current_is_file{false};
-  std::atomic<bool> reply_on_main{false}, replied{false};
+  std::atomic<bool> worker_ok{false}, reply_on_main{false}, replied{false};
   auto reply_to = LooperThread::CurrentLooper();
   // Posted first, due last; it sends the reply once everything else has run.
   file->PostDelayedTask(
@@ -88,19 +84,17 @@ TEST(Loopers, FileLooperWorksOffTheMainThreadAndRepliesOnMain) {
     });
   }
   file->PostTask([&] {
-    worker_off_main = !OnMainThread();
-    worker_owns_thread = LooperThread::FileLooper()->BelongsToCurrentThread();
-    current_is_file = LooperThread::CurrentLooper() == LooperThread::FileLooper();
+    worker_ok = !OnMainThread() && LooperThread::FileLooper()->BelongsToCurrentThread() &&
+                LooperThread::CurrentLooper() == LooperThread::FileLooper();
   });
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
-  EXPECT_TRUE(worker_off_main);
-  EXPECT_TRUE(worker_owns_thread);
-  EXPECT_TRUE(current_is_file);
+  EXPECT_TRUE(worker_ok);
   EXPECT_TRUE(reply_on_main);
   std::lock_guard<std::mutex> lock(mutex);
-  ASSERT_EQ(order.size(), 51u);
-  for (int i = 0; i < 50; ++i) EXPECT_EQ(order[i], i);
-  EXPECT_EQ(order.back(), 99);
+  std::vector<int> expected(50);
+  for (int i = 0; i < 50; ++i) expected[i] = i;
+  expected.push_back(99);
+  EXPECT_EQ(order, expected);
 }
 
 TEST(Loopers, ShutdownDrainsQueuedTasksAndAThrowingTaskDoesNotStopTheLooper) {
@@ -145,18 +139,21 @@ class FileCopyTest : public testing::Test {
     ASSERT_TRUE(util::file::EnsureDirExist(dir_));
   }
 
-  // Copies and waits for the reply; returns the reported outcome.
-  bool Copy(std::string const& source, std::string const& target, bool* reply_on_main = nullptr) {
-    bool replied = false, result = false;
+  // Copies, waits for the reply and checks it came on `reply_to`; returns
+  // the reported outcome.
+  bool Copy(std::string const& source, std::string const& target,
+            std::shared_ptr<base::threading::Looper> reply_to = LooperThread::MainLooper()) {
+    std::atomic<bool> replied{false}, result{false}, on_reply_looper{false};
     base::file::FileCopyer::FileCopy(
         source, target,
         [&](bool ok) {
+          on_reply_looper = reply_to->BelongsToCurrentThread();
           result = ok;
           replied = true;
-          if (reply_on_main) *reply_on_main = OnMainThread();
         },
-        LooperThread::FileLooper(), LooperThread::MainLooper());
-    EXPECT_TRUE(talvex_test::WaitUntil([&] { return replied; }));
+        LooperThread::FileLooper(), reply_to);
+    EXPECT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
+    EXPECT_TRUE(on_reply_looper);
     return result;
   }
 
@@ -171,9 +168,7 @@ TEST_F(FileCopyTest, CopiesARealFileIntoANewDirectory) {
   WriteFile(source, data);
 
   const std::string target = dir_ + "/received/nested/photo copy.bin";
-  bool reply_on_main = false;
-  ASSERT_TRUE(Copy(source, target, &reply_on_main));
-  EXPECT_TRUE(reply_on_main);
+  ASSERT_TRUE(Copy(source, target));
   EXPECT_EQ(ReadFile(target), data);
   EXPECT_EQ(ReadFile(source), data);
 
@@ -190,11 +185,8 @@ TEST_F(FileCopyTest, CopiesARealFileIntoANewDirectory) {
 
 TEST_F(FileCopyTest, ReportsFailureWithoutTouchingTheTarget) {
   const std::string target = dir_ + "/out.txt";
-  bool reply_on_main = false;
-  EXPECT_FALSE(Copy(dir_ + "/missing.txt", target, &reply_on_main));
-  EXPECT_TRUE(reply_on_main);
+  EXPECT_FALSE(Copy(dir_ + "/missing.txt", target));
   EXPECT_FALSE(util::file::IsFileExist(target));
-
   EXPECT_FALSE(Copy(dir_, target));  // a directory is not a file to copy
 
   WriteFile(target, "kept");
@@ -207,22 +199,11 @@ TEST_F(FileCopyTest, ReportsFailureWithoutTouchingTheTarget) {
 
 TEST_F(FileCopyTest, RepliesOnTheLooperItIsGiven) {
   WriteFile(dir_ + "/a.txt", "a");
-  std::atomic<bool> replied{false}, on_worker{false};
-  base::file::FileCopyer::FileCopy(
-      dir_ + "/a.txt", dir_ + "/b.txt",
-      [&](bool ok) {
-        on_worker = ok && LooperThread::FileLooper()->BelongsToCurrentThread();
-        replied = true;
-      },
-      LooperThread::FileLooper(), LooperThread::FileLooper());
-  ASSERT_TRUE(talvex_test::WaitUntil([&] { return replied.load(); }));
-  EXPECT_TRUE(on_worker);
+  EXPECT_TRUE(Copy(dir_ + "/a.txt", dir_ + "/b.txt", LooperThread::FileLooper()));
   EXPECT_EQ(ReadFile(dir_ + "/b.txt"), "a");
 }
 
-namespace timer = talvex_common::utils::timer;
-
-TEST(TXTimer, SingleShotFiresOnceOnTheMainThread) {
+TEST(TXTimer, SingleShotFiresOnceOnTheMainThreadAndCanBeStartedAgain) {
   int fired = 0;
   bool on_main = false;
   auto t = timer::CreateTimer([&] {
@@ -238,7 +219,7 @@ TEST(TXTimer, SingleShotFiresOnceOnTheMainThread) {
   EXPECT_TRUE(on_main);
   EXPECT_FALSE(t->IsActive());
 
-  t->Start(5, 0);  // a fired single shot can be started again
+  t->Start(5, 0);
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 2; }));
 }
 
@@ -263,13 +244,12 @@ TEST(TXTimer, NeverFiresAfterStopOrDestruction) {
   destroyed->Start(0, 0);
   destroyed.reset();
   // Stopped from inside its own callback, and deleted from inside it.
-  std::unique_ptr<timer::TXTimer> self_stopping;
+  std::unique_ptr<timer::TXTimer> self_stopping, self_deleting;
   self_stopping = timer::CreateTimer([&] {
     ++fired;
     self_stopping->Stop();
   });
   self_stopping->Start(1, 1);
-  std::unique_ptr<timer::TXTimer> self_deleting;
   self_deleting = timer::CreateTimer([&] {
     ++fired;
     self_deleting.reset();

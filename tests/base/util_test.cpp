@@ -14,10 +14,7 @@ namespace f = util::file;
 
 namespace {
 
-void WriteFile(std::string const& path, std::string const& data) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out << data;
-}
+void WriteFile(std::string const& path, std::string const& data) { std::ofstream(path, std::ios::binary) << data; }
 
 // Sets an environment variable for the life of the object.
 class ScopedEnv {
@@ -52,7 +49,7 @@ TEST(FileUtil, InspectsRealFiles) {
   EXPECT_TRUE(f::IsFileValid(text));
   EXPECT_FALSE(f::IsFileValid(dir));
   EXPECT_FALSE(f::IsDirectory(text));
-
+  // Images are told by their first bytes, not by their names.
   EXPECT_FALSE(f::IsImageFile(text));
   EXPECT_TRUE(f::IsImageFile(png));
   EXPECT_TRUE(f::IsImageFile(jpeg));
@@ -78,11 +75,15 @@ TEST(FileUtil, InspectsRealFiles) {
 }
 
 TEST(FileUtil, TakesPathsApart) {
-  EXPECT_EQ(f::GetFileExtName("/tmp/report.PDF"), "PDF");
-  EXPECT_EQ(f::GetFileExtName("archive.tar.gz"), "gz");
-  EXPECT_EQ(f::GetFileExtName("/home/u/.profile"), "");
-  EXPECT_EQ(f::GetFileExtName("/dir.d/README"), "");
-  EXPECT_EQ(f::GetFileExtName("name."), "");
+  const std::pair<std::string, std::string> cases[] = {
+      {f::GetFileExtName("/tmp/report.PDF"), "PDF"}, {f::GetFileExtName("archive.tar.gz"), "gz"},
+      {f::GetFileExtName("/home/u/.profile"), ""},   {f::GetFileExtName("/dir.d/README"), ""},
+      {f::GetFileExtName("name."), ""},              {f::GetParentDir("/a/b/c.txt"), "/a/b"},
+      {f::GetParentDir("/a//c.txt"), "/a"},          {f::GetParentDir("/c.txt"), "/"},
+      {f::GetParentDir("c.txt"), ""},                {f::MakeFilePath("/a/", "b.txt"), "/a/b.txt"},
+      {f::MakeFilePath("/a/", "/b.txt"), "/a/b.txt"}, {f::MakeFilePath("", "b.txt"), "b.txt"},
+  };
+  for (auto const& [got, want] : cases) EXPECT_EQ(got, want);
 
   std::string name;
   EXPECT_TRUE(f::GetFileFullName("/a/b/c d.txt", name));
@@ -91,25 +92,11 @@ TEST(FileUtil, TakesPathsApart) {
   EXPECT_EQ(name, "b");
   EXPECT_FALSE(f::GetFileFullName("", name));
 
-  EXPECT_EQ(f::GetParentDir("/a/b/c.txt"), "/a/b");
-  EXPECT_EQ(f::GetParentDir("/a//c.txt"), "/a");
-  EXPECT_EQ(f::GetParentDir("/c.txt"), "/");
-  EXPECT_EQ(f::GetParentDir("c.txt"), "");
-
-  EXPECT_EQ(f::MakeFilePath("/a", "b.txt"), "/a/b.txt");
-  EXPECT_EQ(f::MakeFilePath("/a/", "b.txt"), "/a/b.txt");
-  EXPECT_EQ(f::MakeFilePath("/a/", "/b.txt"), "/a/b.txt");
-  EXPECT_EQ(f::MakeFilePath("", "b.txt"), "b.txt");
-
   std::string dir, base, ext;
   EXPECT_TRUE(f::ParseFullPath("/data/files/Q3 report.final.xlsx", dir, base, ext));
-  EXPECT_EQ(dir, "/data/files");
-  EXPECT_EQ(base, "Q3 report.final");
-  EXPECT_EQ(ext, "xlsx");
+  EXPECT_EQ(dir + "|" + base + "|" + ext, "/data/files|Q3 report.final|xlsx");
   EXPECT_TRUE(f::ParseFullPath("Makefile", dir, base, ext));
-  EXPECT_EQ(dir, "");
-  EXPECT_EQ(base, "Makefile");
-  EXPECT_EQ(ext, "");
+  EXPECT_EQ(dir + "|" + base + "|" + ext, "|Makefile|");
   EXPECT_FALSE(f::ParseFullPath("", dir, base, ext));
 }
 
@@ -132,13 +119,11 @@ TEST(TimeUtil, ServerClockCarriesTheOffset) {
   const int64_t local = util::time::GetTimestampMsec();
   const int64_t server = util::time::GetServerTimestampMsec();
   const int64_t local_again = util::time::GetServerTimestampMsec(util::time::kClockTypeLocal);
-  EXPECT_EQ(util::time::GetServerClockOffsetMsec(), -90000);
   EXPECT_GE(local_again, local);
   // Between the readings only a moment passes; the offset dominates.
   EXPECT_LE(server, local_again - 89000);
   EXPECT_GE(server, local - 90000);
-  const int64_t server_seconds = util::time::GetServerTimestamp();
-  EXPECT_LE(std::llabs(server_seconds - server / 1000), 1);
+  EXPECT_LE(std::llabs(util::time::GetServerTimestamp() - server / 1000), 1);
   util::time::SetServerClockOffsetMsec(0);
   EXPECT_LE(std::llabs(util::time::GetServerTimestamp() - util::time::GetTimestampMsec() / 1000), 1);
 }
@@ -164,7 +149,6 @@ TEST(StringUtil, CountsCodePointsCjkAndGraphemes) {
   const std::string accent = "e\xCC\x81";                        // e + combining acute
 
   EXPECT_EQ(GetUtf8Length(""), 0u);
-  EXPECT_EQ(GetUtf8Length("abc"), 3u);
   EXPECT_EQ(GetUtf8Length("中文ok"), 4u);
   EXPECT_EQ(GetUtf8Length(emoji), 1u);
   EXPECT_EQ(GetUtf8Length(family), 5u);
@@ -181,14 +165,13 @@ TEST(StringUtil, CountsCodePointsCjkAndGraphemes) {
 
   EXPECT_EQ(GetStringCharCount(""), 0u);
   EXPECT_EQ(GetStringCharCount("abc"), 3u);
-  EXPECT_EQ(GetStringCharCount(emoji), 1u);
+  EXPECT_EQ(GetStringCharCount("中文" + emoji), 3u);
   EXPECT_EQ(GetStringCharCount(family), 1u);
   EXPECT_EQ(GetStringCharCount(flag), 1u);
   EXPECT_EQ(GetStringCharCount(flag + flag), 2u);
   EXPECT_EQ(GetStringCharCount("a" + thumbs + "b"), 3u);
   EXPECT_EQ(GetStringCharCount(accent + "x"), 2u);
   EXPECT_EQ(GetStringCharCount("\r\n"), 1u);
-  EXPECT_EQ(GetStringCharCount("中文"), 2u);
 }
 
 TEST(StringUtil, ComparesAndConverts) {

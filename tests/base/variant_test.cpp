@@ -10,42 +10,30 @@
 
 #include "base/json/json_value.h"
 
-using base::variant::Variant;
 using namespace base::variant;
 
-namespace base {
-namespace variant {
+namespace base::variant {
 // Failure messages show the value as JSON.
 void PrintTo(Variant const& value, std::ostream* os) { *os << value.ToJson(); }
-}  // namespace variant
-}  // namespace base
+}  // namespace base::variant
 
 namespace {
 
 Variant MessageRecord() {
-  Variant record;
-  record["msg_id"] = "m-1";
-  record["message_time"] = 1700000000123LL;
-  record["is_self"] = true;
-  record["score"] = 2.5;
-  record["count_text"] = "42";
-  Variant content(kVariantTypeArray);
-  Variant block;
-  block["type"] = 2;
-  block["text"] = "hello";
-  content.Add(block);
-  record["msg_content"] = content;
-  return record;
+  Variant block(Variant::Map{{"type", 2}, {"text", "hello"}});
+  return Variant(Variant::Map{{"msg_id", "m-1"},
+                              {"message_time", 1700000000123LL},
+                              {"is_self", true},
+                              {"score", 2.5},
+                              {"count_text", "42"},
+                              {"msg_content", Variant::Array{block}}});
 }
 
 }  // namespace
 
-TEST(VariantConstruction, EveryTypeCarriesItsTag) {
+TEST(VariantConstruction, EveryConstructorGivesItsType) {
   int local = 0;
-  const struct {
-    Variant value;
-    uint32_t type;
-  } cases[] = {
+  const std::pair<Variant, uint32_t> cases[] = {
       {Variant(), kVariantTypeNull},          {Variant(nullptr), kVariantTypeNull},
       {Variant(true), kVariantTypeBool},      {Variant("text"), kVariantTypeString},
       {Variant(std::string("s")), kVariantTypeString}, {Variant(std::string_view("sv")), kVariantTypeString},
@@ -53,17 +41,11 @@ TEST(VariantConstruction, EveryTypeCarriesItsTag) {
       {Variant(7), kVariantTypeInteger},      {Variant(7u), kVariantTypeInteger},
       {Variant(7L), kVariantTypeInteger},     {Variant(7UL), kVariantTypeInteger},
       {Variant(7LL), kVariantTypeInteger},    {Variant(7ULL), kVariantTypeInteger},
-      {Variant(0.5), kVariantTypeDouble},     {Variant(0.5, true), kVariantTypeDouble},
-      {Variant(static_cast<void*>(&local)), kVariantTypePointer},
+      {Variant(0.5), kVariantTypeDouble},     {Variant(static_cast<void*>(&local)), kVariantTypePointer},
       {Variant(static_cast<void const*>(&local)), kVariantTypePointer},
       {Variant(Variant::Array{1, 2}), kVariantTypeArray}, {Variant(Variant::Map{{"k", 1}}), kVariantTypeMap},
   };
-  for (auto const& c : cases) {
-    EXPECT_EQ(c.value.type(), c.type) << c.value.ToJson();
-    EXPECT_EQ(c.value.tag() & Variant::kTypeMask, c.type);
-  }
-  EXPECT_NE(Variant(0.5, true).tag() & Variant::kFlagDouble, 0u);
-  EXPECT_EQ(Variant(0.5).tag() & Variant::kFlagDouble, 0u);
+  for (auto const& [value, type] : cases) EXPECT_EQ(value.type(), type) << value.ToJson();
   EXPECT_EQ(Variant(static_cast<char const*>(nullptr)).AsStr(), "");
 
   for (uint32_t t = kVariantTypeNull; t <= kVariantTypeMap; ++t) {
@@ -78,19 +60,15 @@ TEST(VariantConstruction, EveryTypeCarriesItsTag) {
 TEST(VariantReads, TypedReadsFallBackOnMissingKeysAndWrongTypes) {
   const Variant record = MessageRecord();
   EXPECT_EQ(record.GetInteger("message_time"), 1700000000123LL);
-  EXPECT_EQ(record.GetString("msg_id"), "m-1");
   EXPECT_STREQ(record.GetCStr("msg_id"), "m-1");
 
-  // Missing keys: zero values without a default, the default with one.
   EXPECT_EQ(record.GetInteger("absent"), 0);
   EXPECT_EQ(record.GetInteger("absent", -1), -1);
-  EXPECT_FALSE(record.GetBoolean("absent"));
   EXPECT_TRUE(record.GetBoolean("absent", true));
   EXPECT_STREQ(record.GetCStr("absent"), "");
   EXPECT_STREQ(record.GetCStr("absent", "dflt"), "dflt");
   EXPECT_EQ(record.GetString("absent", "dflt"), "dflt");
   EXPECT_DOUBLE_EQ(record.GetDouble("absent", 1.5), 1.5);
-  EXPECT_TRUE(record.Get("absent").IsNull());
 
   // Strings are never parsed as numbers; non-strings never read as strings.
   EXPECT_EQ(record.GetInteger("count_text", -1), -1);
@@ -100,7 +78,7 @@ TEST(VariantReads, TypedReadsFallBackOnMissingKeysAndWrongTypes) {
   EXPECT_EQ(record.Get("message_time").AsStr(), "");
   EXPECT_EQ(record.GetInteger("msg_content", 9), 9);
 
-  // Numbers convert among themselves and to bool.
+  // Numbers convert among themselves and to bool, clamped at the limits.
   EXPECT_EQ(record.GetInteger("score"), 2);
   EXPECT_DOUBLE_EQ(record.GetDouble("message_time"), 1700000000123.0);
   EXPECT_EQ(record.GetInteger("is_self"), 1);
@@ -109,30 +87,26 @@ TEST(VariantReads, TypedReadsFallBackOnMissingKeysAndWrongTypes) {
   EXPECT_EQ(Variant(1e300).AsInteger(), std::numeric_limits<int64_t>::max());
   EXPECT_EQ(Variant(-1.0).AsUint64(), 0u);
 
-  // Reads through values that are not maps or arrays.
+  // Reads through values that are not maps or arrays, or out of range.
   const Variant number(5);
   EXPECT_TRUE(number.Get("x").IsNull());
   EXPECT_FALSE(number.Has("x"));
   EXPECT_TRUE(number[0].IsNull());
   EXPECT_TRUE(number.AsMap().empty());
-  EXPECT_TRUE(number.AsArray().empty());
   EXPECT_TRUE(record["msg_content"][5].IsNull());
   EXPECT_TRUE(record["msg_content"][-1].IsNull());
   EXPECT_EQ(record["msg_content"][0].GetString("text"), "hello");
 }
 
+// Hosts carry pointers as unsigned integers and back (e.g. view_context).
 TEST(VariantReads, PointersTravelAsUnsignedIntegers) {
   int target = 0;
   const Variant pointer(static_cast<void*>(&target));
   const uint64_t address = pointer.AsUint64();
   EXPECT_EQ(address, reinterpret_cast<uintptr_t>(&target));
-  const Variant as_number(static_cast<unsigned long long>(address));
-  EXPECT_EQ(as_number.AsPtr(), &target);
-
   Variant params;
-  params["view_context"] = as_number;
+  params["view_context"] = static_cast<unsigned long long>(address);
   params["view_ptr"] = pointer;
-  EXPECT_EQ(params.GetUint64("view_context"), address);
   EXPECT_EQ(params.GetUint64("view_ptr"), address);
   EXPECT_EQ(params.Get("view_context").AsPtr(), &target);
   EXPECT_EQ(Variant("text").AsPtr(), nullptr);
@@ -144,7 +118,6 @@ TEST(VariantContainers, MapOperations) {
   EXPECT_TRUE(v.IsMap());
   v["b"]["c"] = "deep";
   EXPECT_EQ(v.Size(), 2u);
-  EXPECT_TRUE(v.Has("b"));
   EXPECT_EQ(v["b"].GetString("c"), "deep");
   EXPECT_TRUE(v.Set(std::string_view("a"), Variant(2)));
   EXPECT_EQ(v.GetInteger("a"), 2);
@@ -156,14 +129,12 @@ TEST(VariantContainers, MapOperations) {
   v.Get("missing") = 5;
   v.Get("missing")["x"] = 1;
   EXPECT_FALSE(v.Has("missing"));
-  EXPECT_TRUE(v.Get("missing").IsNull());
   Variant number(3);
   EXPECT_FALSE(number.Set("k", 1));
   number["k"] = 2;
   number.AsMap()["k"] = 3;
   EXPECT_EQ(number, Variant(3));
 
-  // A present key can be written through Get.
   v.Get("b")["c"] = "changed";
   EXPECT_EQ(v["b"].GetString("c"), "changed");
 
@@ -179,39 +150,29 @@ TEST(VariantContainers, ArrayOperations) {
   EXPECT_TRUE(list.Add(2));
   EXPECT_TRUE(list.Add(Variant("three")));
   EXPECT_TRUE(list.AddFront(1));
-  ASSERT_EQ(list.Size(), 3u);
-  EXPECT_EQ(list[0].AsInteger(), 1);
-  EXPECT_EQ(list[1].AsInteger(), 2);
-  EXPECT_EQ(list[2].AsStr(), "three");
   list[1] = 20;
-  EXPECT_EQ(list[1].AsInteger(), 20);
+  EXPECT_EQ(list, Variant(Variant::Array{1, 20, "three"}));
 
   list[7] = "dropped";
   list[-1] = "dropped";
   EXPECT_EQ(list.Size(), 3u);
-  EXPECT_TRUE(list[7].IsNull());
 
   Variant text("abc");
   EXPECT_FALSE(text.Add(1));
   EXPECT_FALSE(text.AddFront(1));
-  EXPECT_EQ(text.AsStr(), "abc");
-  EXPECT_EQ(text.Size(), 3u);
+  EXPECT_EQ(text, Variant("abc"));
 
   Variant grown;
   grown.AsArray().push_back(Variant(1));
-  EXPECT_TRUE(grown.IsArray());
-  EXPECT_EQ(grown.Size(), 1u);
+  EXPECT_EQ(grown, Variant(Variant::Array{1}));
 }
 
 TEST(VariantCopyOnWrite, CopiesShareUntilWritten) {
   const Variant original = MessageRecord();
   Variant copy = original;
-  EXPECT_TRUE(copy.SharesStorageWith(original));
-
-  // Reads do not detach.
   EXPECT_EQ(copy.GetInteger("message_time"), 1700000000123LL);
   EXPECT_EQ(static_cast<Variant const&>(copy)["msg_content"].Size(), 1u);
-  EXPECT_TRUE(copy.SharesStorageWith(original));
+  EXPECT_TRUE(copy.SharesStorageWith(original)) << "reads do not detach";
 
   copy["msg_id"] = "m-2";
   EXPECT_FALSE(copy.SharesStorageWith(original));
@@ -222,29 +183,23 @@ TEST(VariantCopyOnWrite, CopiesShareUntilWritten) {
   Variant nested = original;
   nested["msg_content"][0]["text"] = "edited";
   nested["msg_content"].Add(1);
-  EXPECT_EQ(original["msg_content"].Size(), 1u);
-  EXPECT_EQ(original["msg_content"][0].GetString("text"), "hello");
+  Variant list = original["msg_content"];
+  list.AsArray().clear();
+  Variant removed = original;
+  removed.Remove("msg_id");
+  EXPECT_EQ(original, MessageRecord());
   EXPECT_EQ(nested["msg_content"][0].GetString("text"), "edited");
 
   Variant text("shared text");
-  Variant text_copy = text;
-  EXPECT_TRUE(text.SharesStorageWith(text_copy));
-  Variant list = original["msg_content"];
-  list.AsArray().clear();
-  EXPECT_EQ(original["msg_content"].Size(), 1u);
-  Variant removed = original;
-  removed.Remove("msg_id");
-  EXPECT_TRUE(original.Has("msg_id"));
-
-  // Scalars are plain values.
+  EXPECT_TRUE(text.SharesStorageWith(Variant(text)));
   EXPECT_FALSE(Variant(1).SharesStorageWith(Variant(1)));
 }
 
-// A container read off a temporary outlives the temporary (run under the
-// address sanitizer, a reference into the dead value would be caught).
+// A container read off a temporary outlives the temporary (under the address
+// sanitizer, a reference into the dead value would be caught).
 TEST(VariantContainers, ContainersOfTemporariesAreSafeToWalk) {
   auto make = [] {
-    Variant a(base::variant::kVariantTypeArray);
+    Variant a(kVariantTypeArray);
     for (int i = 0; i < 3; ++i) a.Add(std::string(40, static_cast<char>('a' + i)));
     return a;
   };
@@ -257,9 +212,7 @@ TEST(VariantContainers, ContainersOfTemporariesAreSafeToWalk) {
   for (auto const& item : std::move(copy).AsArray()) count += item.AsStr().size();
   EXPECT_EQ(count, 120u);
   EXPECT_EQ(shared.Size(), 3u) << "moving out of a shared copy leaves the original whole";
-  Variant m(base::variant::kVariantTypeMap);
-  m.Set("k", 1);
-  EXPECT_EQ(Variant(m).AsMap().size(), 1u);
+  EXPECT_EQ(Variant(Variant::Map{{"k", 1}}).AsMap().size(), 1u);
   EXPECT_TRUE(Variant(5).AsArray().empty());
 }
 
@@ -281,7 +234,6 @@ TEST(VariantCopyOnWrite, CopiesAcrossThreadsKeepTheOriginalIntact) {
 }
 
 TEST(VariantEquality, ComparesByTypeAndValue) {
-  EXPECT_EQ(MessageRecord(), MessageRecord());
   Variant changed = MessageRecord();
   changed["msg_content"][0]["text"] = "other";
   EXPECT_NE(changed, MessageRecord());
@@ -314,9 +266,7 @@ TEST(VariantJson, RoundTripsNestedUnicodeAndNumbers) {
   ASSERT_TRUE(back.FromJsonStr(text.c_str()));
   EXPECT_EQ(back, v);
   EXPECT_EQ(back.GetUint64("umax"), std::numeric_limits<uint64_t>::max());
-  EXPECT_EQ(back.GetInteger("min"), std::numeric_limits<int64_t>::min());
   EXPECT_TRUE(back.Get("whole").IsDouble());
-  EXPECT_EQ(back.GetDouble("tenth"), 0.1);
   EXPECT_EQ(back.ToJson(), text);
 
   base::json::JsonValue json;
@@ -330,45 +280,34 @@ TEST(VariantJson, ParsesEscapesAndKeepsTheLastDuplicateKey) {
   Variant v;
   ASSERT_TRUE(v.FromJsonStr(R"({"a":"\u674e\ud83d\ude00","a2":[1,[2,{"b":null}]],"d":1,"d":2})"));
   EXPECT_EQ(v.GetString("a"), "李😀");
-  EXPECT_TRUE(v["a2"][1][1]["b"].IsNull());
-  EXPECT_TRUE(v["a2"][1][1].Has("b"));
+  EXPECT_TRUE(v["a2"][1][1].Has("b") && v["a2"][1][1]["b"].IsNull());
   EXPECT_EQ(v.GetInteger("d"), 2);
 
-  const char text[] = "[1,2]garbage";
   Variant prefix;
-  ASSERT_TRUE(prefix.FromJsonStr(text, 5));
+  ASSERT_TRUE(prefix.FromJsonStr("[1,2]garbage", 5));
   EXPECT_EQ(prefix.Size(), 2u);
 }
 
 TEST(VariantJson, MalformedTextLeavesTheValueUnchanged) {
   const Variant before = MessageRecord();
   for (char const* bad : {"", "{", "{\"a\":}", "[1,2", "{\"a\":1} trailing", "nul", "{'a':1}", "\"\xC3\x28\"",
-                          "[1,]", "{\"a\" 1}"}) {
+                          "[1,]", "{\"a\" 1}", static_cast<char const*>(nullptr)}) {
     Variant v = before;
-    EXPECT_FALSE(v.FromJsonStr(bad)) << bad;
-    EXPECT_EQ(v, before) << bad;
+    EXPECT_FALSE(v.FromJsonStr(bad)) << (bad ? bad : "(null)");
+    EXPECT_EQ(v, before);
   }
-  Variant v = before;
-  EXPECT_FALSE(v.FromJsonStr(nullptr));
-  EXPECT_EQ(v, before);
 }
 
-TEST(VariantText, ToStringAndLogForms) {
+TEST(VariantText, ToStringForms) {
   EXPECT_EQ(Variant().ToString(), "");
-  EXPECT_EQ(Variant("plain").ToString(), "plain");
-  EXPECT_EQ(Variant(-12).ToString(), "-12");
+  EXPECT_EQ(Variant("plain").ToString(), "plain") << "a string is not quoted";
   EXPECT_EQ(Variant(1.5).ToString(), "1.5");
   EXPECT_EQ(Variant(false).ToString(), "false");
   EXPECT_EQ(Variant(std::numeric_limits<uint64_t>::max()).ToString(), "18446744073709551615");
   EXPECT_EQ(Variant(Variant::Map{{"k", "v"}}).ToString(), R"({"k":"v"})");
   // Invalid UTF-8 is replaced, never thrown.
   EXPECT_NO_THROW(Variant(Variant::Array{"\xFF\xFE"}).ToJson());
-
   EXPECT_EQ(framework::VariantToString(nullptr), "null");
-  const Variant null_value;
-  EXPECT_EQ(framework::VariantToString(&null_value), "null");
-  EXPECT_EQ(&framework::GetEmptyVariant(), &Variant::EmptyValue());
-  EXPECT_TRUE(framework::GetEmptyVariant().IsNull());
 }
 
 TEST(VariantText, ToStringWithoutHidesKeysAtAnyDepth) {
@@ -376,45 +315,36 @@ TEST(VariantText, ToStringWithoutHidesKeysAtAnyDepth) {
   v["token"] = "secret-1";
   v["user"]["name"] = "Ann";
   v["user"]["token"] = "secret-2";
-  Variant member;
-  member["token"] = "secret-3";
-  member["id"] = 7;
-  v["members"].Add(member);
+  v["members"].Add(Variant(Variant::Map{{"token", "secret-3"}, {"id", 7}}));
 
-  const Variant* value = &v;
-  const std::string hidden = framework::VariantToStringWithout(value, {"token"});
-  EXPECT_EQ(hidden.find("secret"), std::string::npos) << hidden;
+  const std::string hidden = framework::VariantToStringWithout(&v, {"token"});
   EXPECT_EQ(hidden.find("token"), std::string::npos) << hidden;
+  EXPECT_EQ(hidden.find("secret"), std::string::npos) << hidden;
   EXPECT_NE(hidden.find("Ann"), std::string::npos);
   EXPECT_NE(hidden.find("\"id\":7"), std::string::npos);
 
-  const std::string masked = framework::VariantToStringWithout(value, {"token"}, true);
+  const std::string masked = framework::VariantToStringWithout(&v, {"token"}, true);
   EXPECT_EQ(masked.find("secret"), std::string::npos) << masked;
   EXPECT_NE(masked.find(R"("token":"***")"), std::string::npos) << masked;
-  EXPECT_NE(framework::VariantToString(value).find("secret-3"), std::string::npos);
+  EXPECT_NE(framework::VariantToString(&v).find("secret-3"), std::string::npos);
 }
 
 TEST(JsonValue, ParsesBuildsAndPrints) {
   base::json::JsonValue doc;
   const std::string text = "xx{ // note\n \"n\": 5, \"s\": \"t\", /* c */ \"l\": [1, 2] }";
-  EXPECT_FALSE(doc.ParseFromJson(text.data(), text.size() - 2, 2, false));
+  EXPECT_FALSE(doc.ParseFromJson(text.data(), text.size() - 2, 2, false)) << "comments only when allowed";
   EXPECT_TRUE(doc.IsNull());
   ASSERT_TRUE(doc.ParseFromJson(text.data(), text.size() - 2, 2, true));
-  EXPECT_TRUE(doc.IsObject());
   EXPECT_EQ(doc["n"].AsInteger(), 5);
-  EXPECT_EQ(doc["s"].AsString(), "t");
   EXPECT_EQ(doc["s"].AsInteger(-1), -1);
-  EXPECT_EQ(doc["l"].Size(), 2u);
   EXPECT_EQ(doc["l"][1].AsInteger(), 2);
   EXPECT_TRUE(doc["l"][9].IsNull());
 
-  base::json::JsonValue built;
+  base::json::JsonValue built, list;
   built.SetJsonObject("k", doc["n"]);
-  base::json::JsonValue list;
   list.AddaJsonObject(doc["s"]);
   built.SetJsonObject("list", list);
   EXPECT_EQ(built.ToCompactString(), R"({"k":5,"list":["t"]})");
-  EXPECT_TRUE(built.Has("list"));
   EXPECT_FALSE(built.Has("none"));
 
   base::json::JsonValue moved = std::move(built);

@@ -15,8 +15,10 @@
 
 namespace {
 
+using Strings = std::vector<std::string>;
+
 // Every Init/UnInit of the module's parts lands here, in order.
-std::vector<std::string> g_log;
+Strings g_log;
 
 class LoggedModel : public framework::ModelImpl {
  public:
@@ -27,8 +29,6 @@ class LoggedModel : public framework::ModelImpl {
     if (on_uninit_) on_uninit_();
     ModelImpl::UnInit();
   }
-
- private:
   std::function<void()> on_uninit_;
 };
 
@@ -40,8 +40,6 @@ class LoggedService : public framework::BaseServiceImpl {
     g_log.push_back("service.UnInitialize " + std::to_string(id_));
     if (on_uninit_) on_uninit_();
   }
-
- private:
   int id_;
   std::function<void()> on_uninit_;
 };
@@ -113,8 +111,6 @@ class TestRuntime : public framework::module::ModuleRuntimeBaseImpl {
   std::unique_ptr<framework::ExtensionProviderBaseImpl> CreateExtensionProvider() override {
     return std::make_unique<TestExtensionProvider>();
   }
-
- private:
   std::string name_;
 };
 
@@ -128,70 +124,56 @@ class ModuleRuntimeTest : public testing::Test {
   }
 };
 
-TEST_F(ModuleRuntimeTest, ModelsAreMadeOnFirstUseInitialisedOnceAndTakenDownNewestFirst) {
-  TestModelProvider provider;
-  auto two = provider.ModelOf(2);
+TEST_F(ModuleRuntimeTest, PartsAreMadeOnFirstUseInitialisedOnceAndTakenDownNewestFirst) {
+  TestModelProvider models;
+  auto two = models.ModelOf(2);
   ASSERT_NE(two, nullptr);
-  EXPECT_EQ(two->type(), 2);
-  EXPECT_EQ(provider.ModelOf(2), two);
-  provider.ModelOf(1);
-  provider.ModelOf(3);
-  EXPECT_EQ(provider.ModelOf(99), nullptr);
-  EXPECT_EQ(provider.ModelCount(), 3u);
-  EXPECT_EQ(g_log, (std::vector<std::string>{"model.Init 2", "model.Init 1", "model.Init 3"}));
+  EXPECT_EQ(models.ModelOf(2), two);
+  models.ModelOf(1);
+  models.ModelOf(3);
+  EXPECT_EQ(models.ModelOf(99), nullptr);
+  models.UnInit();
+  EXPECT_EQ(g_log, (Strings{"model.Init 2", "model.Init 1", "model.Init 3", "models.UnInit", "model.UnInit 3",
+                            "model.UnInit 1", "model.UnInit 2"}));
+  EXPECT_EQ(models.ModelCount(), 0u);
+  EXPECT_NE(models.ModelOf(2), two) << "a fresh one after tear-down";
 
   g_log.clear();
-  provider.UnInit();
-  EXPECT_EQ(g_log, (std::vector<std::string>{"models.UnInit", "model.UnInit 3", "model.UnInit 1", "model.UnInit 2"}));
-  EXPECT_EQ(provider.ModelCount(), 0u);
-  EXPECT_NE(provider.ModelOf(2), two);  // a fresh one after tear-down
+  TestServiceProvider services;
+  auto service = services.ServiceOf(2);
+  EXPECT_EQ(services.ServiceOf(2), service);
+  services.ServiceOf(1);
+  EXPECT_EQ(services.ServiceOf(9), nullptr);
+  services.UnInit();
+  EXPECT_EQ(g_log, (Strings{"service.Initialize 2", "service.Initialize 1", "services.UnInit",
+                            "service.UnInitialize 1", "service.UnInitialize 2"}));
 }
 
 TEST_F(ModuleRuntimeTest, APartMadeWhileTheOthersGoDownGoesDownToo) {
   TestModelProvider models;
   for (int id = 1; id <= 4; ++id) models.ModelOf(id);
   g_log.clear();
-  models.UnInit();  // model 4 asks for model 5 on its way down
-  EXPECT_EQ(g_log, (std::vector<std::string>{"models.UnInit", "model.UnInit 4", "model.Init 5", "model.UnInit 3",
-                                             "model.UnInit 2", "model.UnInit 1", "model.UnInit 5"}));
+  models.UnInit();
+  EXPECT_EQ(g_log, (Strings{"models.UnInit", "model.UnInit 4", "model.Init 5", "model.UnInit 3", "model.UnInit 2",
+                            "model.UnInit 1", "model.UnInit 5"}));
   EXPECT_EQ(models.ModelCount(), 0u);
 
   TestServiceProvider services;
-  services.ServiceOf(1);
-  services.ServiceOf(2);
-  services.ServiceOf(3);  // service 3 asks for service 4 on its way down
+  for (int id = 1; id <= 3; ++id) services.ServiceOf(id);
   g_log.clear();
   services.UnInit();
-  EXPECT_EQ(g_log, (std::vector<std::string>{"services.UnInit", "service.UnInitialize 3", "service.Initialize 4",
-                                             "service.UnInitialize 2", "service.UnInitialize 1",
-                                             "service.UnInitialize 4"}));
-}
-
-TEST_F(ModuleRuntimeTest, ServicesAreInitialisedOnFirstUseAndUninitialisedNewestFirst) {
-  TestServiceProvider provider;
-  auto two = provider.ServiceOf(2);
-  EXPECT_EQ(provider.ServiceOf(2), two);
-  provider.ServiceOf(1);
-  EXPECT_EQ(provider.ServiceOf(9), nullptr);
-  provider.UnInit();
-  EXPECT_EQ(g_log, (std::vector<std::string>{"service.Initialize 2", "service.Initialize 1", "services.UnInit",
-                                             "service.UnInitialize 1", "service.UnInitialize 2"}));
-  EXPECT_NE(provider.GetRouterService(), nullptr);
-  EXPECT_NE(provider.GetNavigateService(), nullptr);
-  EXPECT_NE(provider.GetExtensionViewService(), nullptr);
+  EXPECT_EQ(g_log, (Strings{"services.UnInit", "service.UnInitialize 3", "service.Initialize 4",
+                            "service.UnInitialize 2", "service.UnInitialize 1", "service.UnInitialize 4"}));
 }
 
 TEST_F(ModuleRuntimeTest, RuntimeBuildsItsProvidersOnActivateAndTakesThemDownInReverse) {
   TestRuntime runtime("rt");
-  EXPECT_FALSE(runtime.IsActivated());
-  EXPECT_EQ(runtime.GetModelProvider(), nullptr);
   EXPECT_EQ(runtime.ModelOf(1), nullptr);
   EXPECT_EQ(runtime.ServiceOf(1), nullptr);
 
   EXPECT_TRUE(runtime.Activate());
   EXPECT_TRUE(runtime.Activate());  // a second one does nothing
-  EXPECT_EQ(g_log, (std::vector<std::string>{"providers created", "services.Init", "models.Init", "viewmodels.Init",
-                                             "extensions.Init"}));
+  EXPECT_EQ(g_log, (Strings{"providers created", "services.Init", "models.Init", "viewmodels.Init", "extensions.Init"}));
   ASSERT_NE(runtime.ModelOf(1), nullptr);
   ASSERT_NE(runtime.ServiceOf(1), nullptr);
   EXPECT_NE(runtime.GetExtensionProvider()->CreateExtension("ext"), nullptr);
@@ -199,13 +181,12 @@ TEST_F(ModuleRuntimeTest, RuntimeBuildsItsProvidersOnActivateAndTakesThemDownInR
 
   g_log.clear();
   runtime.Unactivate();
-  EXPECT_EQ(g_log, (std::vector<std::string>{"extensions.UnInit", "viewmodels.UnInit", "models.UnInit",
-                                             "model.UnInit 1", "services.UnInit", "service.UnInitialize 1"}));
+  EXPECT_EQ(g_log, (Strings{"extensions.UnInit", "viewmodels.UnInit", "models.UnInit", "model.UnInit 1",
+                            "services.UnInit", "service.UnInitialize 1"}));
   EXPECT_FALSE(runtime.IsActivated());
   EXPECT_EQ(runtime.GetServiceProvider(), nullptr);
 
   // An activated runtime that goes away takes its parts down with it.
-  g_log.clear();
   {
     TestRuntime scoped("scoped");
     scoped.Activate();
@@ -236,20 +217,20 @@ TEST_F(ModuleRuntimeTest, ModuleServiceActivatesLoadsAndUnloadsInOrder) {
   EXPECT_FALSE(service->IsModuleRegistered("mod"));
 
   // Loaders may be given before the module itself.
-  std::vector<std::string> steps;
-  service->RegisterModuleLoader(
-      "mod", [&](framework::module::ModuleRuntime* r) { steps.push_back("load1 " + r->name()); },
-      [&] { steps.push_back("unload1"); });
+  Strings steps;
+  auto loader = [&](std::string n) {
+    service->RegisterModuleLoader(
+        "mod", [&steps, n](framework::module::ModuleRuntime* r) { steps.push_back("load" + n + " " + r->name()); },
+        [&steps, n] { steps.push_back("unload" + n); });
+  };
+  loader("1");
   EXPECT_FALSE(service->IsModuleRegistered("mod"));
   EXPECT_FALSE(service->LoadModule("mod"));
   EXPECT_TRUE(steps.empty());
 
   ASSERT_TRUE(service->RegisterModule("mod", [&] { return &runtime; }));
-  service->RegisterModuleLoader(
-      "mod", [&](framework::module::ModuleRuntime* r) { steps.push_back("load2 " + r->name()); },
-      [&] { steps.push_back("unload2"); });
+  loader("2");
   service->RegisterModuleLoader("mod", nullptr, nullptr);
-  EXPECT_TRUE(service->IsModuleRegistered("mod"));
   EXPECT_EQ(service->LoaderCount("mod"), 3u);
   EXPECT_EQ(service->GetRuntime("mod"), &runtime);
 
@@ -259,7 +240,7 @@ TEST_F(ModuleRuntimeTest, ModuleServiceActivatesLoadsAndUnloadsInOrder) {
   service->UnloadModule("mod");
   service->DeactivateModule("mod");
   EXPECT_FALSE(runtime.IsActivated());
-  EXPECT_EQ(steps, (std::vector<std::string>{"load1 mod", "load2 mod", "unload2", "unload1"}));
+  EXPECT_EQ(steps, (Strings{"load1 mod", "load2 mod", "unload2", "unload1"}));
 
   service->UnregisterModule("mod");
   EXPECT_FALSE(service->IsModuleRegistered("mod"));

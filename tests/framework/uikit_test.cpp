@@ -5,8 +5,6 @@
 #include <QCheckBox>
 #include <QFile>
 #include <QMessageBox>
-#include <QPointer>
-#include <QWidget>
 #include <string>
 #include <vector>
 
