@@ -26,49 +26,55 @@
 namespace send_test {
 
 using SendModel = TypedBizModel::ChatSendMessage::ModelImpl;
+using Strings = std::vector<std::string>;
 
 inline std::string Text(char const* name) {
   return framework::Resource::GetInstance()->GetString(framework::NameId(name));
 }
 inline std::string Text(uint32_t id) { return framework::Resource::GetInstance()->GetString(id); }
-
-inline Variant Member(std::string const& id, std::string const& role = "member") {
-  Variant m(base::variant::kVariantTypeMap);
-  m.Set("user_id", id);
-  m.Set("app_uid", "uid-" + id);
-  m.Set("app_id", "1400");
-  m.Set("nickname", "Member " + id);
-  m.Set("role", role);
-  return m;
+inline void Configure(char const* section, char const* key, Variant value) {
+  talvexsdk::utils::service::GetConfigureService()->Set(section, key, std::move(value));
 }
 
+inline Variant Member(std::string const& id, std::string const& role = "member") {
+  return Variant::Map{{"user_id", id}, {"app_uid", "uid-" + id}, {"app_id", "1400"},
+                      {"nickname", "Member " + id}, {"role", role}};
+}
 // The receiver as the member selection stores it.
 inline Variant Receiver(std::string const& id, int receiver_type = 1, std::string const& role = "member") {
   Variant r = Member(id, role);
   r.Set("receiver_type", receiver_type);
   return r;
 }
-inline Variant GroupReceiver(int receiver_type) {
-  Variant r(base::variant::kVariantTypeMap);
-  r.Set("receiver_type", receiver_type);
-  return r;
-}
+inline Variant GroupReceiver(int receiver_type) { return Variant::Map{{"receiver_type", receiver_type}}; }
 
-inline std::string WriteFile(std::string const& name, QByteArray const& bytes) {
+// A file under the test's own directory; `size` >= 0 makes it sparse.
+inline std::string WriteFile(std::string const& name, QByteArray const& bytes, qint64 size = -1) {
   const std::string path = talvex_test::TempRoot() + "/" + name;
   QFile file(QString::fromStdString(path));
   EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
   file.write(bytes);
-  return path;
-}
-inline std::string SparseFile(std::string const& name, qint64 size) {
-  const std::string path = talvex_test::TempRoot() + "/" + name;
-  QFile file(QString::fromStdString(path));
-  EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-  EXPECT_TRUE(file.resize(size));
+  if (size >= 0) {
+    EXPECT_TRUE(file.resize(size));
+  }
   return path;
 }
 inline QByteArray PngBytes() { return QByteArray("\x89PNG\r\n\x1a\n", 8) + QByteArray(64, 'p'); }
+
+inline Variant TextParams(std::string const& text, int template_type = 2) {
+  return Variant::Map{{chat::kSendFieldText, text}, {"template_type", template_type}};
+}
+inline Variant ImageParams(std::string const& path) { return Variant::Map{{chat::kSendFieldImagePath, path}}; }
+inline Variant FileParams(std::vector<std::string> const& paths) {
+  Variant::Array list(paths.begin(), paths.end());
+  return Variant::Map{{"msg_file_paths", std::move(list)}};
+}
+inline Variant TextItem(std::string const& text) {
+  return Variant::Map{{chat::kSendFieldItemType, 0}, {chat::kSendFieldText, text}};
+}
+inline Variant ImageItem(std::string const& path) {
+  return Variant::Map{{chat::kSendFieldItemType, 3}, {chat::kSendFieldImagePath, path}};
+}
 
 class SendFixture : public ::testing::Test {
  protected:
@@ -87,9 +93,7 @@ class SendFixture : public ::testing::Test {
     // decide the next.
     for (char const* key : {"im.chat_btn_tips_show", "im.notice_tips_show", "im.msg_send_shortcut",
                             "im.msg_input_height"}) {
-      Variant reset(base::variant::kVariantTypeMap);
-      reset.Set("key", key);
-      reset.Set("value", Variant());
+      Variant reset = Variant::Map{{"key", key}, {"value", Variant()}};
       meeting_.settings().Invoke(4, &reset, nullptr);
     }
     ASSERT_TRUE(runtime_.Activate());
@@ -106,46 +110,17 @@ class SendFixture : public ::testing::Test {
     if (runtime_.IsActivated()) runtime_.Unactivate();
     meeting_.Uninstall();
     framework::SetUIService(nullptr);
-    auto* config = talvexsdk::utils::service::GetConfigureService();
-    config->Set("chat", "send_file_max_concurrency", Variant());
-    config->Set("meeting-ability", "account_setting_send_pic", Variant());
-    config->Set("meeting-ability", "account_setting_send_file", Variant());
-    config->Set("chat", "send_file_enable", Variant());
+    for (auto [section, key] : {std::pair{"chat", "send_file_max_concurrency"}, {"chat", "send_file_enable"},
+                                {"chat", "send_button_show_more"}, {"chat", "send_button_red_dot_more"},
+                                {"meeting", "meeting-ability-chat-manual-check"},
+                                {"meeting-ability", "account_setting_send_pic"},
+                                {"meeting-ability", "account_setting_send_file"}}) {
+      Configure(section, key, Variant());
+    }
   }
 
   static std::shared_ptr<framework::EventHandler> Collect(std::vector<Variant>& into) {
     return std::make_shared<framework::EventHandler>([&into](Variant const* p) { into.push_back(p ? *p : Variant()); });
-  }
-
-  Variant TextParams(std::string const& text, int template_type = 2) {
-    Variant p(base::variant::kVariantTypeMap);
-    p.Set(chat::kSendFieldText, text);
-    p.Set("template_type", template_type);
-    return p;
-  }
-  Variant ImageParams(std::string const& path) {
-    Variant p(base::variant::kVariantTypeMap);
-    p.Set(chat::kSendFieldImagePath, path);
-    return p;
-  }
-  Variant FileParams(std::vector<std::string> const& paths) {
-    Variant list(base::variant::kVariantTypeArray);
-    for (auto const& path : paths) list.Add(path);
-    Variant p(base::variant::kVariantTypeMap);
-    p.Set("msg_file_paths", list);
-    return p;
-  }
-  Variant TextItem(std::string const& text) {
-    Variant item(base::variant::kVariantTypeMap);
-    item.Set(chat::kSendFieldItemType, 0);
-    item.Set(chat::kSendFieldText, text);
-    return item;
-  }
-  Variant ImageItem(std::string const& path) {
-    Variant item(base::variant::kVariantTypeMap);
-    item.Set(chat::kSendFieldItemType, 3);
-    item.Set(chat::kSendFieldImagePath, path);
-    return item;
   }
 
   bool SendText(Variant const& params) { return send_->Invoke(SendModel::kSendTextMessage, &params, nullptr); }
@@ -153,20 +128,27 @@ class SendFixture : public ::testing::Test {
   bool SendFiles(Variant const& params) { return send_->Invoke(SendModel::kSendFileMessage, &params, nullptr); }
   // As the input does: the list goes to the client's message model.
   void SendMixed(Variant const& items) { meeting_.messages().Invoke(59, &items, nullptr); }
-
   void ChooseReceiver(Variant const& receiver) { meeting_.private_chats().SetReceiver(receiver); }
 
   std::vector<Variant> Sends(uint32_t method) { return meeting_.messages().InvocationsOf(method); }
+  Strings SentTexts() {
+    Strings texts;
+    for (auto const& sent : Sends(7)) texts.push_back(sent.GetString("text_elem_content"));
+    return texts;
+  }
   size_t AllSends() {
     size_t n = 0;
     for (uint32_t m : {7u, 23u, 40u, 30u, 31u, 52u, 57u}) n += meeting_.messages().InvocationsOf(m).size();
     return n;
   }
-  std::vector<std::string> RefusalTexts() const {
-    std::vector<std::string> texts;
+  // The refusals so far, then forgets them.
+  Strings TakeRefusals() {
+    Strings texts;
     for (auto const& r : refusals_) texts.push_back(r.IsString() ? r.AsStr() : "<not a string>");
+    refusals_.clear();
     return texts;
   }
+  size_t Reported(char const* event) { return base::analytics::RecordedEvents(event).size(); }
 
   sim::MeetingSimulator meeting_;
   chat::ChatModuleRuntime runtime_;
