@@ -30,7 +30,7 @@ class ChatPanelListTest : public HistoryFixture {
     ASSERT_TRUE(talvex_test::WaitUntil([panel] { return !panel->flush_pending(); }));
   }
   void SetScrolledUp(bool up) {
-    Variant flag(base::variant::kVariantTypeMap);
+    Variant flag = Json("{}");
     flag.Set(ChatHistoryListIsScrollBottomFields_kBooleanIsSnapBottom, !up);
     list_->Handle(List::kActionScrollPosition, &flag);
   }
@@ -215,8 +215,7 @@ TEST_F(ChatPanelListTest, RejoiningTheSameMainMeetingKeepsTheList) {
   context.in_breakout_room = true;
   context.main_meeting_id = context.meeting_id;
   context.meeting_id = 5550001;
-  Variant ok(base::variant::kVariantTypeMap);
-  ok.Set("result", 0);
+  Variant ok = Json(R"({"result":0})");
   meeting_.meeting().FireEvent(1, &ok);
   EXPECT_TRUE(updates_.empty());
   context.in_breakout_room = false;
@@ -232,9 +231,8 @@ TEST_F(ChatPanelListTest, RejoiningTheSameMainMeetingKeepsTheList) {
 class SendErrorTest : public ChatPanelListTest {
  protected:
   std::string ToastFor(int code, int chat_type = 0, std::string const& error_msg = "") {
-    Variant result(base::variant::kVariantTypeMap);
-    result.Set("result", code);
-    result.Set("chat_type", chat_type);
+    Variant result =
+        Json(R"({"result":)" + std::to_string(code) + R"(,"chat_type":)" + std::to_string(chat_type) + "}");
     result.Set("error_msg", error_msg);
     const size_t before = ui_->toasts().size();
     meeting_.messages().FireEvent(16, &result);
@@ -279,9 +277,8 @@ TEST_F(SendErrorTest, ThePanelSpeaksForTheListsBelowIt) {
 
 TEST_F(SendErrorTest, OperationResultsAndFileFeedback) {
   auto operation = [&](int code, int conv_type) {
-    Variant result(base::variant::kVariantTypeMap);
-    result.Set("result", code);
-    result.Set("message_conv_type", conv_type);
+    Variant result =
+        Json(R"({"result":)" + std::to_string(code) + R"(,"message_conv_type":)" + std::to_string(conv_type) + "}");
     const size_t before = ui_->toasts().size();
     meeting_.messages().FireEvent(11, &result);
     return ui_->toasts().size() == before ? std::string("<no toast>") : ui_->toasts().back().text;

@@ -11,10 +11,7 @@ class PagingTest : public HistoryFixture {
  protected:
   // The client's answer to a history request, announced as a list change.
   void FirePage(std::string const& meeting_id) {
-    Variant page(base::variant::kVariantTypeMap);
-    page.Set("meeting_id", meeting_id);
-    page.Set("result", 0);
-    page.Set("msg_id_list", Variant(base::variant::kVariantTypeArray));
+    Variant page = Json(R"({"result":0,"msg_id_list":[],"meeting_id":")" + meeting_id + R"("})");
     meeting_.messages().FireEvent(39, &page);
   }
   std::vector<std::string> ShownMessages(Update const& update) {
@@ -136,9 +133,7 @@ TEST_F(PagingTest, MessagesBeingSentOrDeletedStayOutOfPages) {
 
 TEST_F(PagingTest, TheRecordListReadsThePastMeetingsHistory) {
   Seed(2);
-  Variant params(base::variant::kVariantTypeMap);
-  params.Set("message_conv_id", std::string(kMeeting));
-  Attach<chat::ChatRecordPanelHistoryListViewModel>(params);
+  Attach<chat::ChatRecordPanelHistoryListViewModel>(Json(R"({"message_conv_id":")" + std::string(kMeeting) + R"("})"));
   WaitForPage();
   EXPECT_EQ(list_->template_type(), 3);
   EXPECT_EQ(meeting_.messages().InvocationsOf(62).back().GetString("meeting_id"), kMeeting);

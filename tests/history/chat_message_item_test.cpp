@@ -43,9 +43,8 @@ class MessageItemTest : public HistoryFixture {
   std::shared_ptr<T> Row(std::string const& msg_id, int template_type = 2) {
     auto row = std::make_shared<T>();
     row->SetModuleParams(&runtime_);
-    Variant params(base::variant::kVariantTypeMap);
+    Variant params = Json(R"({"template_type":)" + std::to_string(template_type) + "}");
     params.Set("msg_id", msg_id);
-    params.Set("template_type", template_type);
     row->DidCreated(&params);
     row->DidAttached(&params);
     rows_.push_back(row);
@@ -57,17 +56,13 @@ class MessageItemTest : public HistoryFixture {
   }
 
   std::string PostImage(std::string const& thumb_id) {
-    Variant content(base::variant::kVariantTypeArray);
-    Variant element(base::variant::kVariantTypeMap);
-    element.Set("image_elem_thumb_url", "https://img/t");
-    element.Set("image_elem_thumb_id", thumb_id);
-    element.Set("image_elem_thumb_pic_width", 64);
-    element.Set("image_elem_thumb_pic_height", 48);
-    content.Add(element);
-    return meeting_.messages().Post(sim::ChatRecord(kMeeting, kAvery, 4, content));
+    return meeting_.messages().Post(sim::ChatRecord(
+        kMeeting, kAvery, 4,
+        Json(R"([{"image_elem_thumb_url":"https://img/t","image_elem_thumb_pic_width":64,)"
+             R"("image_elem_thumb_pic_height":48,"image_elem_thumb_id":")" + thumb_id + R"("}])")));
   }
-  std::string PostOpenApp(Variant const& ext) {
-    return meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext));
+  std::string Post(int chat_type, std::string const& ext) {
+    return meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, chat_type, Variant(), false, Json(ext)));
   }
 
   std::vector<std::shared_ptr<framework::ViewModel>> rows_;
@@ -155,10 +150,7 @@ TEST_F(MessageItemTest, ImageActionsDownloadAndReport) {
 }
 
 TEST_F(MessageItemTest, NoticeRowOpensTheNoticePage) {
-  Variant ext(base::variant::kVariantTypeMap);
-  ext.Set("notice_version", 1);
-  ext.Set("notice_content", "Agenda at www.a.com");
-  const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 6, Variant(), false, ext));
+  const std::string id = Post(6, R"({"notice_version":1,"notice_content":"Agenda at www.a.com"})");
   using Notice = chat::ChatNoticeMessageViewModel;
   auto row = Row<Notice>(id);
   ASSERT_EQ(row->PickPropValue(Notice::kPropInfo).Get(ChatNoticeMessageInfoFields_kPtrInfoArrayItem).Size(), 1u);
@@ -189,12 +181,11 @@ TEST_F(MessageItemTest, NoticeRowOpensTheNoticePage) {
 }
 
 TEST_F(MessageItemTest, OpenAppCardClicksOpenTheAppInTheirScene) {
-  Variant ext(base::variant::kVariantTypeMap);
-  ext.Set("title", "Shop");
+  Variant ext = Json(R"({"title":"Shop"})");
   ext.Set("app_info",
           R"({"name":"Shop","icon":"https://i/s.png","open_app_id":"77","corp_id":"c1",)"
           R"("ext_data":{"goods_name":"Mug","original_price":12,"current_price":"9.5","discount_type":1}})");
-  const std::string id = PostOpenApp(ext);
+  const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext));
   auto row = Row<OpenApp>(id);
   Variant const goods = row->PickPropValue(OpenApp::kPropInfo).Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
   EXPECT_EQ(goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoOriginalPrice), "$12.00");
@@ -204,8 +195,7 @@ TEST_F(MessageItemTest, OpenAppCardClicksOpenTheAppInTheirScene) {
 
   base::analytics::ClearRecordedEvents();
   framework::HostJournal::Clear();
-  Variant click(base::variant::kVariantTypeMap);
-  click.Set("msg_id", id);
+  Variant click = Json(R"({"msg_id":")" + id + R"("})");
   row->Handle(OpenApp::kActionClickOpenApp, &click);
   auto clicks = base::analytics::RecordedEvents("openappshare_null_null_imcard_null_null_click");
   ASSERT_EQ(clicks.size(), 1u);
@@ -226,12 +216,11 @@ TEST_F(MessageItemTest, OpenAppCardClicksOpenTheAppInTheirScene) {
 
 TEST_F(MessageItemTest, GoodsCardsCarryTheLayoutTheMeetingConfigures) {
   auto post = [this](std::string const& goods_extra) {
-    Variant ext(base::variant::kVariantTypeMap);
-    ext.Set("title", "Shop");
-    ext.Set("card_layout_type", 2);
+    Variant ext = Json(R"({"title":"Shop","card_layout_type":2})");
     ext.Set("app_info", R"({"name":"Shop","icon":"/i/s.png","open_app_id":"77","ext_data":{"goods_name":"Mug")" +
                             goods_extra + "}}");
-    return Info<OpenApp>(PostOpenApp(ext)).Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
+    return Info<OpenApp>(meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext)))
+        .Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
   };
   constexpr char kQt[] = "im_goods_card_layout_qt";
   // The simulated meeting configures a default desktop layout and nothing else.
@@ -258,10 +247,7 @@ TEST_F(MessageItemTest, ContainerPicksTheRowByKind) {
   for (char const* ext : {"extension:chat.text_message", "extension:chat.image_message", "extension:chat.file_message"}) {
     extensions->Register(chat::ChatMessageContainerViewModel::kContributesId, framework::ExtensionInfo(ext, "chat"));
   }
-  Variant file_ext(base::variant::kVariantTypeMap);
-  file_ext["file_info"].Set("name", "a.pdf");
-  file_ext["file_info"].Set("status", 5);
-  Variant id(meeting_.messages().Post(sim::ChatRecord(kMeeting, kAvery, 8, Variant(), false, file_ext)));
+  Variant id(Post(8, R"({"file_info":{"name":"a.pdf","status":5}})"));
   auto container = std::make_shared<chat::ChatMessageContainerViewModel>();
   container->Handle(chat::ChatMessageContainerViewModel::kActionSetMsgId, &id);
   EXPECT_EQ(container->PickPropValue(chat::ChatMessageContainerViewModel::kPropViewType).GetString("view_type"),

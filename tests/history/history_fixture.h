@@ -24,6 +24,13 @@ inline const sim::Sender kJordan{"u-jordan", "Jordan Blake"};
 inline const sim::Sender kSelf{"u-self", "Alex Morgan"};
 inline constexpr char kMeeting[] = "801234567";
 
+// A record or payload written as JSON.
+inline Variant Json(std::string const& text) {
+  Variant v;
+  EXPECT_TRUE(v.FromJsonStr(text.c_str())) << text;
+  return v;
+}
+
 struct Update {
   int type = -1;
   std::vector<std::string> ids;
