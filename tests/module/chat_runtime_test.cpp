@@ -156,7 +156,9 @@ TEST_F(ChatRuntimeTest, ProvidersAnswerForEveryIdTheyKnow) {
 
   // Every registered extension, and those the client asks for by name alone.
   auto* provider = runtime_.GetExtensionProvider();
-  for (auto const& e : chat::kChatExtensions) EXPECT_NE(provider->CreateExtension(e.extension_id), nullptr) << e.extension_id;
+  for (auto const& e : chat::kChatExtensions) {
+    EXPECT_NE(provider->CreateExtension(e.extension_id), nullptr) << e.extension_id;
+  }
   for (char const* id : {"extension:chat.sidebar_tab_in_meeting", "extension:chat.private_talk_in_quick_operation_menu",
                          "extension:chat.chat_permissions_talk_in_quick_operation_menu",
                          "extension:chat.history_message_in_quick_operation_menu"}) {
