@@ -7,7 +7,21 @@ namespace {
 
 using talvex_test::LogCapture;
 
-class PagingTest : public HistoryFixture {};
+class PagingTest : public HistoryFixture {
+ protected:
+  // The client's answer to a history request, announced as a list change.
+  void FirePage(std::string const& meeting_id) {
+    Variant page = Json(R"({"result":0,"msg_id_list":[],"meeting_id":")" + meeting_id + R"("})");
+    meeting_.messages().FireEvent(39, &page);
+  }
+  std::vector<std::string> ShownMessages(Update const& update) {
+    std::vector<std::string> shown;
+    for (auto const& id : update.ids) {
+      if (!IsTip(id)) shown.push_back(id);
+    }
+    return shown;
+  }
+};
 
 TEST_F(PagingTest, AnEmptyFirstPageClearsTheListWithoutATip) {
   Attach();
@@ -75,26 +89,15 @@ TEST_F(PagingTest, AFailedPageLeavesTheRequestStanding) {
   EXPECT_TRUE(list_->is_getting_more()) << "a failed page blocks paging until the next answer";
   EXPECT_TRUE(updates_.empty());
   EXPECT_FALSE(list_->GetHistoryMessage(""));
-  // The client's next list change brings a page through.
-  meeting_.messages().SetHistorySynchronous(true);
-  Variant page(base::variant::kVariantTypeMap);
-  page.Set("meeting_id", kMeeting);
-  page.Set("result", 0);
-  page.Set("msg_id_list", Variant(base::variant::kVariantTypeArray));
-  meeting_.messages().FireEvent(39, &page);
-  EXPECT_FALSE(list_->is_getting_more());
-}
 
-TEST_F(PagingTest, PagesOfAnotherMeetingAreIgnored) {
-  Attach();
+  // The client's next list change brings a page through, unless it is another meeting's.
+  meeting_.messages().SetHistorySynchronous(true);
   LogCapture log;
-  Variant page(base::variant::kVariantTypeMap);
-  page.Set("meeting_id", "424242");
-  page.Set("result", 0);
-  page.Set("msg_id_list", Variant(base::variant::kVariantTypeArray));
-  meeting_.messages().FireEvent(39, &page);
+  FirePage("424242");
   EXPECT_TRUE(log.Contains("<IM> meeting_id is defferent."));
   EXPECT_TRUE(list_->is_getting_more());
+  FirePage(kMeeting);
+  EXPECT_FALSE(list_->is_getting_more());
 }
 
 TEST_F(PagingTest, TheAnchorThreePagesBackComesAsOneUpdateThenTheScroll) {
@@ -108,10 +111,7 @@ TEST_F(PagingTest, TheAnchorThreePagesBackComesAsOneUpdateThenTheScroll) {
   ASSERT_EQ(updates_.size(), 1u) << "nothing reaches the view while the anchor is hunted";
   EXPECT_EQ(updates_[0].type, List::kUpdateOlderPage) << "the last page answered was an older one";
   // Oldest page first: the messages read in time order from the top.
-  std::vector<std::string> messages;
-  for (auto const& id : updates_[0].ids) {
-    if (!IsTip(id)) messages.push_back(id);
-  }
+  const std::vector<std::string> messages = ShownMessages(updates_[0]);
   ASSERT_GE(messages.size(), 130u);
   EXPECT_EQ(messages.front(), ids[0]);
   EXPECT_EQ(messages.back(), ids[129]);
@@ -129,18 +129,12 @@ TEST_F(PagingTest, MessagesBeingSentOrDeletedStayOutOfPages) {
   Attach();
   WaitForPage();
   ASSERT_EQ(updates_.size(), 1u);
-  std::vector<std::string> shown;
-  for (auto const& id : updates_[0].ids) {
-    if (!IsTip(id)) shown.push_back(id);
-  }
-  EXPECT_EQ(shown, (std::vector<std::string>{ids[0], ids[3]}));
+  EXPECT_EQ(ShownMessages(updates_[0]), (std::vector<std::string>{ids[0], ids[3]}));
 }
 
 TEST_F(PagingTest, TheRecordListReadsThePastMeetingsHistory) {
   Seed(2);
-  Variant params(base::variant::kVariantTypeMap);
-  params.Set("message_conv_id", std::string(kMeeting));
-  Attach<chat::ChatRecordPanelHistoryListViewModel>(params);
+  Attach<chat::ChatRecordPanelHistoryListViewModel>(Json(R"({"message_conv_id":")" + std::string(kMeeting) + R"("})"));
   WaitForPage();
   EXPECT_EQ(list_->template_type(), 3);
   EXPECT_EQ(meeting_.messages().InvocationsOf(62).back().GetString("meeting_id"), kMeeting);

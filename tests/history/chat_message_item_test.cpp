@@ -20,6 +20,11 @@ namespace history_test {
 namespace {
 
 using talvex_test::LogCapture;
+using TextRow = chat::ChatTextMessageViewModel;
+using Image = chat::ChatImageMessageViewModel;
+using OpenApp = chat::ChatOpenappMessageViewModel;
+
+size_t Events(std::string const& name) { return base::analytics::RecordedEvents(name).size(); }
 
 class MessageItemTest : public HistoryFixture {
  protected:
@@ -27,48 +32,51 @@ class MessageItemTest : public HistoryFixture {
     HistoryFixture::SetUp();
     meeting_.faces().Load();
   }
-
-  // A row view model bound to the message, as a view binds it.
-  template <typename T>
-  std::shared_ptr<T> Row(std::string const& msg_id, int template_type = 2) {
-    auto row = std::make_shared<T>();
-    row->SetModuleParams(&runtime_);
-    Variant params(base::variant::kVariantTypeMap);
-    params.Set("msg_id", msg_id);
-    params.Set("template_type", template_type);
-    row->DidCreated(&params);
-    row->DidAttached(&params);
-    rows_.push_back(row);
-    return row;
-  }
-
   void TearDown() override {
     for (auto& row : rows_) row->DidDetached();
     rows_.clear();
     HistoryFixture::TearDown();
   }
 
-  Variant row_info(std::string const& id) {
-    return Row<chat::ChatTextMessageViewModel>(id)->PickPropValue(chat::ChatTextMessageViewModel::kPropInfo);
+  // A row view model bound to the message, as a view binds it.
+  template <typename T>
+  std::shared_ptr<T> Row(std::string const& msg_id, int template_type = 2) {
+    auto row = std::make_shared<T>();
+    row->SetModuleParams(&runtime_);
+    Variant params = Json(R"({"template_type":)" + std::to_string(template_type) + "}");
+    params.Set("msg_id", msg_id);
+    row->DidCreated(&params);
+    row->DidAttached(&params);
+    rows_.push_back(row);
+    return row;
+  }
+  template <typename T>
+  Variant Info(std::string const& msg_id, int template_type = 2) {
+    return Row<T>(msg_id, template_type)->PickPropValue(T::kPropInfo);
+  }
+
+  std::string PostImage(std::string const& thumb_id) {
+    return meeting_.messages().Post(sim::ChatRecord(
+        kMeeting, kAvery, 4,
+        Json(R"([{"image_elem_thumb_url":"https://img/t","image_elem_thumb_pic_width":64,)"
+             R"("image_elem_thumb_pic_height":48,"image_elem_thumb_id":")" + thumb_id + R"("}])")));
+  }
+  std::string Post(int chat_type, std::string const& ext) {
+    return meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, chat_type, Variant(), false, Json(ext)));
   }
 
   std::vector<std::shared_ptr<framework::ViewModel>> rows_;
 };
 
-TEST_F(MessageItemTest, TextRowCarriesItsPiecesAndTheSharedFields) {
+TEST_F(MessageItemTest, TextRowCarriesItsPiecesAndTheSender) {
   const std::string id = Receive(kAvery, "hi [Smile] see www.a.com");
-  auto row = Row<chat::ChatTextMessageViewModel>(id);
-  Variant const* info = row->GetPropValue(chat::ChatTextMessageViewModel::kPropInfo);
-  ASSERT_NE(info, nullptr);
-  EXPECT_EQ(info->GetString(ChatMsgBaseInfoFields_kStringBaseInfoMsgId), id);
-  EXPECT_EQ(info->GetString(ChatMsgBaseInfoFields_kStringBaseInfoNickName), "Avery Quinn");
-  EXPECT_FALSE(info->GetBoolean(ChatMsgBaseInfoFields_kBooleanBaseInfoIsFromSelf));
-  EXPECT_EQ(info->GetString(ChatMsgBaseInfoFields_kStringBaseInfoMoreOptBtnTips), "More");
-  EXPECT_FALSE(info->Has(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel));
-  EXPECT_EQ(info->GetInt32(ChatTextMessageInfoFields_kIntegerInfoTextLayoutType), 2);
-  Variant const& items = info->Get(ChatTextMessageInfoFields_kPtrInfoArrayItem);
+  Variant const info = Info<TextRow>(id);
+  EXPECT_EQ(info.GetString(ChatMsgBaseInfoFields_kStringBaseInfoMsgId), id);
+  EXPECT_EQ(info.GetString(ChatMsgBaseInfoFields_kStringBaseInfoNickName), "Avery Quinn");
+  EXPECT_FALSE(info.GetBoolean(ChatMsgBaseInfoFields_kBooleanBaseInfoIsFromSelf));
+  EXPECT_FALSE(info.Has(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel));
+  Variant const& items = info.Get(ChatTextMessageInfoFields_kPtrInfoArrayItem);
   ASSERT_EQ(items.Size(), 4u);
-  EXPECT_EQ(items[1].GetInt32(ChatTextMessageItemFields_kIntegerItemType), 1);
   EXPECT_EQ(items[1].GetString(ChatTextMessageItemFields_kStringItemEmojiText), "[Smile]");
   EXPECT_EQ(items[3].GetInt32(ChatTextMessageItemFields_kIntegerItemType), 2);
   EXPECT_EQ(items[3].GetString(ChatTextMessageItemFields_kStringItemContent), "www.a.com");
@@ -77,10 +85,10 @@ TEST_F(MessageItemTest, TextRowCarriesItsPiecesAndTheSharedFields) {
 TEST_F(MessageItemTest, PrivateMessagesReadDifferentlyForSenderAndReceiver) {
   const std::string in = meeting_.messages().Post(sim::PrivateTextRecord(kMeeting, kJordan, kSelf, "psst"));
   const std::string out = meeting_.messages().Post(sim::PrivateTextRecord(kMeeting, kSelf, kJordan, "hey", true));
-  Variant const incoming = row_info(in);
+  Variant const incoming = Info<TextRow>(in);
   EXPECT_EQ(incoming.GetString(ChatMsgBaseInfoFields_kStringBaseInfoSayToMe), " to you");
   EXPECT_EQ(incoming.GetString(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel), " (Private)");
-  Variant const outgoing = row_info(out);
+  Variant const outgoing = Info<TextRow>(out);
   EXPECT_TRUE(outgoing.GetBoolean(ChatMsgBaseInfoFields_kBooleanBaseInfoIsFromSelf));
   EXPECT_EQ(outgoing.GetString(ChatMsgBaseInfoFields_kStringBaseInfoReceiverName), "Jordan Blake");
   EXPECT_EQ(outgoing.GetString(ChatMsgBaseInfoFields_kStringBaseInfoMyselfSendTo), "You to ");
@@ -91,67 +99,48 @@ TEST_F(MessageItemTest, WithdrawnMessageTipsNameWhoWithdrewIt) {
   const std::string other = Receive(kJordan, "hmm");
   meeting_.messages().Revoke(own);
   meeting_.messages().Revoke(other);
-  auto own_tip = Row<chat::ChatTipMessageViewModel>(own);
-  auto other_tip = Row<chat::ChatTipMessageViewModel>(other);
-  EXPECT_EQ(own_tip->PickPropValue(chat::ChatTipMessageViewModel::kPropInfo)
-                .GetString(ChatTipMessageInfoFields_kStringInfoTipContent),
+  using Tip = chat::ChatTipMessageViewModel;
+  EXPECT_EQ(Info<Tip>(own).GetString(ChatTipMessageInfoFields_kStringInfoTipContent),
             Text(0xd0acbded) + Text(0x7baf9134));
-  Variant const tip = other_tip->PickPropValue(chat::ChatTipMessageViewModel::kPropInfo);
-  EXPECT_EQ(tip.GetString(ChatTipMessageInfoFields_kStringInfoTipContent), "Jordan Blake" + Text(0x7baf9134));
+  Variant const tip = Info<Tip>(other);
+  EXPECT_EQ(tip.GetString(ChatTipMessageInfoFields_kStringInfoTipContent),
+            "Jordan Blake" + Text(0x7baf9134));
   EXPECT_EQ(tip.GetString(ChatMsgBaseInfoFields_kStringBaseInfoMsgId), other);
   EXPECT_FALSE(tip.Has(ChatMsgBaseInfoFields_kStringBaseInfoNickName)) << "tips carry no sender fields";
 }
 
-TEST_F(MessageItemTest, LayoutTypesBeyondTheKnownTemplates) {
+TEST_F(MessageItemTest, LayoutTypesFollowTheTemplate) {
   const std::string text = Receive(kAvery, "plain");
-  Variant image_content(base::variant::kVariantTypeArray);
-  Variant element(base::variant::kVariantTypeMap);
-  element.Set("image_elem_thumb_url", "https://img/t");
-  element.Set("image_elem_thumb_id", "t9");
-  element.Set("image_elem_thumb_pic_width", 64);
-  element.Set("image_elem_thumb_pic_height", 48);
-  image_content.Add(element);
-  const std::string image = meeting_.messages().Post(sim::ChatRecord(kMeeting, kAvery, 4, image_content));
-  EXPECT_EQ(Row<chat::ChatTextMessageViewModel>(text, 9)
-                ->PickPropValue(chat::ChatTextMessageViewModel::kPropInfo)
-                .GetInt32(ChatTextMessageInfoFields_kIntegerInfoTextLayoutType),
-            1);
-  Variant const info =
-      Row<chat::ChatImageMessageViewModel>(image, 9)->PickPropValue(chat::ChatImageMessageViewModel::kPropInfo);
-  EXPECT_EQ(info.GetInt32(ChatImageMessageInfoFields_kIntegerInfoLayoutType), 0);
+  for (auto [template_type, layout] : {std::pair{2, 2}, {3, 3}, {9, 1}}) {
+    EXPECT_EQ(Info<TextRow>(text, template_type).GetInt32(ChatTextMessageInfoFields_kIntegerInfoTextLayoutType), layout)
+        << template_type;
+  }
+  Variant const info = Info<Image>(PostImage("t9"), 9);
+  EXPECT_EQ(info.GetInt32(ChatImageMessageInfoFields_kIntegerInfoLayoutType), 0) << "beyond the known templates";
   EXPECT_EQ(info.GetInt32(ChatImageMessageInfoFields_kIntegerInfoThumbWidth), 64);
   EXPECT_EQ(info.GetString(ChatImageMessageInfoFields_kStringInfoThumbId), "t9");
-  EXPECT_EQ(Row<chat::ChatTextMessageViewModel>(text, 3)
-                ->PickPropValue(chat::ChatTextMessageViewModel::kPropInfo)
-                .GetInt32(ChatTextMessageInfoFields_kIntegerInfoTextLayoutType),
-            3);
 }
 
 TEST_F(MessageItemTest, ImageActionsDownloadAndReport) {
-  Variant content(base::variant::kVariantTypeArray);
-  Variant element(base::variant::kVariantTypeMap);
-  element.Set("image_elem_thumb_url", "https://img/t");
-  element.Set("image_elem_thumb_id", "t1");
-  content.Add(element);
-  const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kAvery, 4, content));
-  auto row = Row<chat::ChatImageMessageViewModel>(id);
+  const std::string id = PostImage("t1");
+  auto row = Row<Image>(id);
   base::analytics::ClearRecordedEvents();
   Variant params(base::variant::kVariantTypeMap);
   params.Set(ChatImageMessageDownloadMsgFields_kStringMsgId, id);
-  row->Handle(chat::ChatImageMessageViewModel::kActionDownloadImage, &params);
+  row->Handle(Image::kActionDownloadImage, &params);
   auto downloads = meeting_.messages().InvocationsOf(32);
   ASSERT_EQ(downloads.size(), 1u);
   EXPECT_EQ(downloads[0].GetString("uuid"), "t1");
   EXPECT_EQ(downloads[0].GetString("download_type"), "thumb");
-  row->Handle(chat::ChatImageMessageViewModel::kActionRefreshImage, &params);
+  row->Handle(Image::kActionRefreshImage, &params);
   EXPECT_EQ(meeting_.messages().InvocationsOf(32).size(), 2u);
-  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_impanel_null_message_refresh_null_click").size(), 1u);
-  row->Handle(chat::ChatImageMessageViewModel::kActionPreviewClicked, nullptr);
-  row->Handle(chat::ChatImageMessageViewModel::kActionSaveClicked, nullptr);
+  EXPECT_EQ(Events("meetingpage_impanel_null_message_refresh_null_click"), 1u);
+  row->Handle(Image::kActionPreviewClicked, nullptr);
+  row->Handle(Image::kActionSaveClicked, nullptr);
   auto preview = base::analytics::RecordedEvents("meetingpage_impanel_null_photomessage_preview_null_click");
   ASSERT_EQ(preview.size(), 1u);
   EXPECT_EQ(preview[0].properties.at("situation"), "2");
-  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_impanel_null_photomessage_save_null_click").size(), 1u);
+  EXPECT_EQ(Events("meetingpage_impanel_null_photomessage_save_null_click"), 1u);
 
   LogCapture log;
   EXPECT_FALSE(row->HandleDownloadImageMessage("", "t1", id));
@@ -161,109 +150,83 @@ TEST_F(MessageItemTest, ImageActionsDownloadAndReport) {
 }
 
 TEST_F(MessageItemTest, NoticeRowOpensTheNoticePage) {
-  Variant ext(base::variant::kVariantTypeMap);
-  ext.Set("notice_version", 1);
-  ext.Set("notice_content", "Agenda at www.a.com");
-  const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 6, Variant(), false, ext));
-  auto row = Row<chat::ChatNoticeMessageViewModel>(id);
-  Variant const info = row->PickPropValue(chat::ChatNoticeMessageViewModel::kPropInfo);
-  ASSERT_EQ(info.Get(ChatNoticeMessageInfoFields_kPtrInfoArrayItem).Size(), 1u);
+  const std::string id = Post(6, R"({"notice_version":1,"notice_content":"Agenda at www.a.com"})");
+  using Notice = chat::ChatNoticeMessageViewModel;
+  auto row = Row<Notice>(id);
+  ASSERT_EQ(row->PickPropValue(Notice::kPropInfo).Get(ChatNoticeMessageInfoFields_kPtrInfoArrayItem).Size(), 1u);
 
-  int shows = 0, closes = 0;
-  struct Counting : framework::Controller {
-    int& shows;
-    int& closes;
+  struct Recording : framework::Controller {
+    std::vector<std::string> calls;
     Variant last;
-    Counting(int& s, int& c) : shows(s), closes(c) {}
     void Call(std::string const& name, Variant const* params) override {
-      if (name == "show") {
-        ++shows;
-        last = *params;
-      } else {
-        ++closes;
-      }
+      calls.push_back(name);
+      if (params) last = *params;
     }
   };
-  auto controller = std::make_shared<Counting>(shows, closes);
-  framework::ControllerManager::Instance()->IocRegister("talvex://page/meeting_notice", [&] { return controller; });
+  auto page = std::make_shared<Recording>();
+  framework::ControllerManager::Instance()->IocRegister("talvex://page/meeting_notice", [&] { return page; });
   base::analytics::ClearRecordedEvents();
   meeting_.meeting_settings().SetSwitch("notice_enable", true);
-  row->Handle(chat::ChatNoticeMessageViewModel::kActionShowMeetingNotice, nullptr);
-  EXPECT_EQ(closes, 1) << "an open notice page is closed first";
-  EXPECT_EQ(shows, 1);
-  EXPECT_EQ(controller->last.GetString("msg_id"), id);
-  EXPECT_EQ(controller->last.GetInt32("template_type"), 2);
-  EXPECT_EQ(base::analytics::RecordedEvents("inmeeting_im_null_notice_null_null_ark").size(), 1u);
+  row->Handle(Notice::kActionShowMeetingNotice, nullptr);
+  EXPECT_EQ(page->calls, (std::vector<std::string>{"close", "show"})) << "an open notice page is closed first";
+  EXPECT_EQ(page->last.GetString("msg_id"), id);
+  EXPECT_EQ(page->last.GetInt32("template_type"), 2);
+  EXPECT_EQ(Events("inmeeting_im_null_notice_null_null_ark"), 1u);
 
   meeting_.meeting_settings().SetSwitch("notice_enable", false);
-  row->Handle(chat::ChatNoticeMessageViewModel::kActionShowMeetingNotice, nullptr);
-  EXPECT_EQ(shows, 1);
+  row->Handle(Notice::kActionShowMeetingNotice, nullptr);
+  EXPECT_EQ(page->calls.size(), 2u);
   EXPECT_EQ(ui_->toasts().back().text, "The host has turned off the meeting notice.");
   framework::ControllerManager::Instance()->IocUnregister("talvex://page/meeting_notice");
 }
 
-TEST_F(MessageItemTest, OpenAppCardsAndGoodsCards) {
-  Variant ext(base::variant::kVariantTypeMap);
-  ext.Set("description", "Spring sale");
-  ext.Set("title", "Shop");
-  ext.Set("confirm_btn_text", "Buy");
-  ext.Set("notify_desc", "New item");
+TEST_F(MessageItemTest, OpenAppCardClicksOpenTheAppInTheirScene) {
+  Variant ext = Json(R"({"title":"Shop"})");
   ext.Set("app_info",
           R"({"name":"Shop","icon":"https://i/s.png","open_app_id":"77","corp_id":"c1",)"
-          R"("ext_data":{"goods_name":"Mug","goods_image":"https://i/m.png","original_price":12,)"
-          R"("current_price":"9.5","discount_type":1}})");
+          R"("ext_data":{"goods_name":"Mug","original_price":12,"current_price":"9.5","discount_type":1}})");
   const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext));
-  auto row = Row<chat::ChatOpenappMessageViewModel>(id);
-  Variant const info = row->PickPropValue(chat::ChatOpenappMessageViewModel::kPropInfo);
-  EXPECT_EQ(info.GetString(ChatOpenappMessageInfoFields_kStringInfoTitle), "Shop");
-  EXPECT_EQ(info.GetString(ChatOpenappMessageInfoFields_kStringInfoIconUrl), "https://i/s.png");
-  Variant const& goods = info.Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
-  EXPECT_EQ(goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoGoodsName), "Mug");
+  auto row = Row<OpenApp>(id);
+  Variant const goods = row->PickPropValue(OpenApp::kPropInfo).Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
   EXPECT_EQ(goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoOriginalPrice), "$12.00");
-  EXPECT_EQ(goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoCurrentPrice), "$9.50");
+  EXPECT_EQ(goods.GetString(ChatOpenappMessageGoodsInfoFields_kStringGoodsInfoCurrentPrice), "$9.50")
+      << "a price in text is a price too";
   EXPECT_TRUE(goods.GetBoolean(ChatOpenappMessageGoodsInfoFields_kBooleanGoodsInfoHasDiscount));
 
   base::analytics::ClearRecordedEvents();
   framework::HostJournal::Clear();
-  Variant click(base::variant::kVariantTypeMap);
-  click.Set("msg_id", id);
-  row->Handle(chat::ChatOpenappMessageViewModel::kActionClickOpenApp, &click);
+  Variant click = Json(R"({"msg_id":")" + id + R"("})");
+  row->Handle(OpenApp::kActionClickOpenApp, &click);
   auto clicks = base::analytics::RecordedEvents("openappshare_null_null_imcard_null_null_click");
   ASSERT_EQ(clicks.size(), 1u);
-  EXPECT_EQ(clicks[0].properties.at("open_app_id"), "77");
   EXPECT_EQ(clicks[0].properties.at("corp_id"), "c1");
   EXPECT_EQ(framework::HostJournal::Entries("sidebar.OpenApp 77").size(), 1u);
-  ASSERT_EQ(base::analytics::RecordedEvents("web_app_opened").size(), 1u);
+  ASSERT_EQ(Events("web_app_opened"), 1u);
   EXPECT_EQ(base::analytics::RecordedEvents("web_app_opened")[0].properties.at("scene_code"), "2");
 
   // In a past meeting's record the card opens in the history scene.
-  auto record_row = Row<chat::ChatOpenappMessageViewModel>(id, 3);
-  record_row->Handle(chat::ChatOpenappMessageViewModel::kActionClickOpenApp, &click);
-  EXPECT_EQ(base::analytics::RecordedEvents("openappshare_chathistory_null_imcard_null_null_click").size(), 1u);
+  Row<OpenApp>(id, 3)->Handle(OpenApp::kActionClickOpenApp, &click);
+  EXPECT_EQ(Events("openappshare_chathistory_null_imcard_null_null_click"), 1u);
   EXPECT_EQ(base::analytics::RecordedEvents("web_app_opened").back().properties.at("scene_code"), "5");
 
   LogCapture log;
-  row->Handle(chat::ChatOpenappMessageViewModel::kActionClickOpenApp, nullptr);
+  row->Handle(OpenApp::kActionClickOpenApp, nullptr);
   EXPECT_TRUE(log.Contains("handle click open app msg failed! params error!"));
 }
 
 TEST_F(MessageItemTest, GoodsCardsCarryTheLayoutTheMeetingConfigures) {
   auto post = [this](std::string const& goods_extra) {
-    Variant ext(base::variant::kVariantTypeMap);
-    ext.Set("title", "Shop");
-    ext.Set("card_layout_type", 2);
+    Variant ext = Json(R"({"title":"Shop","card_layout_type":2})");
     ext.Set("app_info", R"({"name":"Shop","icon":"/i/s.png","open_app_id":"77","ext_data":{"goods_name":"Mug")" +
                             goods_extra + "}}");
-    const std::string id = meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext));
-    auto row = Row<chat::ChatOpenappMessageViewModel>(id);
-    return row->PickPropValue(chat::ChatOpenappMessageViewModel::kPropInfo).Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
+    return Info<OpenApp>(meeting_.messages().Post(sim::ChatRecord(kMeeting, kJordan, 7, Variant(), false, ext)))
+        .Get(ChatOpenappMessageInfoFields_kPtrInfoExtData);
   };
   constexpr char kQt[] = "im_goods_card_layout_qt";
   // The simulated meeting configures a default desktop layout and nothing else.
   Variant goods = post("");
   EXPECT_EQ(goods.Get(kQt), sim::GoodsCardLayouts().Get("default"));
   EXPECT_FALSE(goods.Has("im_goods_card_layout"));
-  EXPECT_EQ(goods.GetString("app_info_name"), "Shop");
   EXPECT_EQ(goods.GetString("app_info_icon"), "/i/s.png");
   EXPECT_EQ(goods.GetString("msg_content_title"), "Shop");
 
@@ -284,12 +247,8 @@ TEST_F(MessageItemTest, ContainerPicksTheRowByKind) {
   for (char const* ext : {"extension:chat.text_message", "extension:chat.image_message", "extension:chat.file_message"}) {
     extensions->Register(chat::ChatMessageContainerViewModel::kContributesId, framework::ExtensionInfo(ext, "chat"));
   }
-  Variant file_ext(base::variant::kVariantTypeMap);
-  file_ext["file_info"].Set("name", "a.pdf");
-  file_ext["file_info"].Set("status", 5);
-  const std::string file = meeting_.messages().Post(sim::ChatRecord(kMeeting, kAvery, 8, Variant(), false, file_ext));
+  Variant id(Post(8, R"({"file_info":{"name":"a.pdf","status":5}})"));
   auto container = std::make_shared<chat::ChatMessageContainerViewModel>();
-  Variant id(file);
   container->Handle(chat::ChatMessageContainerViewModel::kActionSetMsgId, &id);
   EXPECT_EQ(container->PickPropValue(chat::ChatMessageContainerViewModel::kPropViewType).GetString("view_type"),
             "extension:chat.file_message");
@@ -299,21 +258,20 @@ TEST_F(MessageItemTest, ContainerPicksTheRowByKind) {
 
 TEST_F(MessageItemTest, UnknownAndMalformedMessagesLeaveTheRowAlone) {
   LogCapture log;
-  auto row = Row<chat::ChatTextMessageViewModel>("missing");
-  EXPECT_FALSE(row->HasProp(chat::ChatTextMessageViewModel::kPropInfo));
+  EXPECT_FALSE(Row<TextRow>("missing")->HasProp(TextRow::kPropInfo));
   EXPECT_TRUE(log.Contains("<IM> message not found, with msg_id=missing", base::log::kLogError));
 
   Variant odd = sim::TextRecord(kMeeting, kAvery, "x");
   odd.Set("msg_id", "odd");
   odd.Set("msg_content", "not an array");
   meeting_.messages().AddMessage(odd);
-  auto odd_row = Row<chat::ChatTextMessageViewModel>("odd");
-  EXPECT_FALSE(odd_row->HasProp(chat::ChatTextMessageViewModel::kPropInfo));
+  auto odd_row = Row<TextRow>("odd");
+  EXPECT_FALSE(odd_row->HasProp(TextRow::kPropInfo));
   EXPECT_TRUE(log.Contains("<IM> msg_content not found, with msg_id=odd"));
-  odd_row->Handle(talvex::ChatMessageBaseViewModel::kActionBindMessage, nullptr);
   Variant number(3);
+  odd_row->Handle(talvex::ChatMessageBaseViewModel::kActionBindMessage, nullptr);
   odd_row->Handle(talvex::ChatMessageBaseViewModel::kActionBindMessage, &number);
-  EXPECT_FALSE(odd_row->HasProp(chat::ChatTextMessageViewModel::kPropInfo));
+  EXPECT_FALSE(odd_row->HasProp(TextRow::kPropInfo));
 }
 
 }  // namespace

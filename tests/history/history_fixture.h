@@ -24,25 +24,30 @@ inline const sim::Sender kJordan{"u-jordan", "Jordan Blake"};
 inline const sim::Sender kSelf{"u-self", "Alex Morgan"};
 inline constexpr char kMeeting[] = "801234567";
 
+// A record or payload written as JSON.
+inline Variant Json(std::string const& text) {
+  Variant v;
+  EXPECT_TRUE(v.FromJsonStr(text.c_str())) << text;
+  return v;
+}
+
 struct Update {
   int type = -1;
   std::vector<std::string> ids;
   std::vector<std::string> reuse_ids;
 };
 
-// A chat panel list attached to the simulated meeting, with every prop it
-// publishes recorded.
+// The simulated meeting with the chat runtime active; Attach opens a chat
+// list on it and records every prop the list publishes.
 class HistoryFixture : public ::testing::Test {
  protected:
   void SetUp() override {
     talvex_test::IsolateUserDirectories();
-    ui_ = std::make_shared<framework::RecordingUIService>();
     framework::SetUIService(ui_);
     meeting_.Install();
     meeting_.meeting().Join();
     runtime_.Activate();
   }
-
   void TearDown() override {
     if (list_) list_->DidDetached();
     list_.reset();
@@ -52,7 +57,7 @@ class HistoryFixture : public ::testing::Test {
   }
 
   template <typename T = chat::ChatPanelHistoryListViewModel>
-  std::shared_ptr<T> Attach(Variant params = Variant(base::variant::kVariantTypeMap)) {
+  void Attach(Variant params = Variant(base::variant::kVariantTypeMap)) {
     auto list = std::make_shared<T>();
     list->SetModuleParams(&runtime_);
     list->BindProp(List::kPropMessageList, [this](Variant const* value, Variant const*) {
@@ -75,7 +80,6 @@ class HistoryFixture : public ::testing::Test {
     list->DidCreated(&params);
     list->DidAttached(&params);
     list_ = list;
-    return list;
   }
 
   // Turns the event loop until the list has answered its history request.
@@ -83,12 +87,12 @@ class HistoryFixture : public ::testing::Test {
     ASSERT_TRUE(talvex_test::WaitUntil([this] { return !list_->is_getting_more(); }));
   }
 
-  // Messages already in the meeting before the list opens, `gap` seconds apart.
-  std::vector<std::string> Seed(int count, uint64_t first_time = 1700000000, uint64_t gap = 10) {
+  // Messages already in the meeting before the list opens, ten seconds apart.
+  std::vector<std::string> Seed(int count) {
     std::vector<std::string> ids;
     for (int i = 0; i < count; ++i) {
       Variant record = sim::TextRecord(kMeeting, i % 2 ? kAvery : kJordan, "message " + std::to_string(i));
-      record.Set("message_time", first_time + gap * static_cast<uint64_t>(i));
+      record.Set("message_time", uint64_t(1700000000 + 10 * i));
       ids.push_back(meeting_.messages().Post(record));
     }
     return ids;
@@ -100,12 +104,6 @@ class HistoryFixture : public ::testing::Test {
     return meeting_.messages().Post(record);
   }
 
-  void SetScrolledUp(bool up) {
-    Variant flag(base::variant::kVariantTypeMap);
-    flag.Set(ChatHistoryListIsScrollBottomFields_kBooleanIsSnapBottom, !up);
-    list_->Handle(List::kActionScrollPosition, &flag);
-  }
-
   static std::string Text(uint32_t id) { return framework::Resource::GetInstance()->GetString(id); }
 
   bool IsTip(std::string const& id) {
@@ -115,11 +113,10 @@ class HistoryFixture : public ::testing::Test {
 
   sim::MeetingSimulator meeting_;
   chat::ChatModuleRuntime runtime_;
-  std::shared_ptr<framework::RecordingUIService> ui_;
+  std::shared_ptr<framework::RecordingUIService> ui_ = std::make_shared<framework::RecordingUIService>();
   std::shared_ptr<List> list_;
   std::vector<Update> updates_;
-  std::vector<std::string> scrolls_;
-  std::vector<std::string> tips_;
+  std::vector<std::string> scrolls_, tips_;
   std::vector<int> tip_counts_;
   int snaps_ = 0;
 };
