@@ -121,8 +121,7 @@ TEST_F(ChatImageItemTest, RecycledRowShowsOnlyTheImageGivenLast) {
 
 TEST_F(ChatImageItemTest, SaveAsProposesATimedPngAtHomeAndCopiesThePicture) {
   const QString proposed = ImageBrowser::ProposedSaveName();
-  EXPECT_TRUE(proposed.startsWith(QDir::homePath() + "/")) << proposed.toStdString();
-  EXPECT_TRUE(proposed.endsWith(".png"));
+  EXPECT_TRUE(proposed.startsWith(QDir::homePath() + "/") && proposed.endsWith(".png")) << proposed.toStdString();
   EXPECT_TRUE(QDateTime::fromString(proposed.section('_', -1).section('.', 0, 0), "yyyyMMddhhmmsszzz").isValid());
 
   auto row = MakeRow(ImageInfo("img1", WriteImage("photo.png", 64, 32, Qt::green)));
@@ -201,7 +200,7 @@ TEST_F(ChatImageItemTest, SelectionLaysAMaskOverTheContent) {
   item->SetSelected(true, Variant());
   QWidget* mask = item->mask_widget();
   ASSERT_NE(mask, nullptr);
-  EXPECT_TRUE(mask->testAttribute(Qt::WA_TransparentForMouseEvents));
+  EXPECT_TRUE(mask->testAttribute(Qt::WA_TransparentForMouseEvents)) << "presses reach the row under it";
   QWidget* content = item->GetMessageContentWidget();
   EXPECT_EQ(mask->geometry(), QRect(content->mapTo(item, QPoint(0, 0)), content->size()));
   item->SetSelected(true, Variant());
@@ -226,7 +225,6 @@ TEST_F(ChatImageItemTest, NoticeShowsSixLinesAndOffersTheRestBehindARow) {
 TEST_F(ChatImageItemTest, AvatarsShowInitialsAndAreGivenBack) {
   EXPECT_EQ(QtAvatarView::InitialsOf("avery quinn"), "AQ");
   EXPECT_EQ(QtAvatarView::InitialsOf("  Jordan  "), "J");
-  EXPECT_EQ(QtAvatarView::InitialsOf(""), "");
   const int before = QtAvatarViewFactory::LiveCount();
   {
     auto row = MakeRow(ImageInfo("img1", QString()));
