@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 #include <algorithm>
 #include <memory>
 
@@ -19,26 +20,19 @@ using devkit::SampleRow;
 using devkit::SampleRowWidget;
 using devkit::SampleTextListDelegate;
 
-// `count` message rows "row <i>" (one line each) with keys "k<i>".
-inline QVector<SampleRow> PlainRows(int count) {
-  QVector<SampleRow> rows;
-  rows.reserve(count);
-  for (int i = 0; i < count; ++i) {
-    SampleRow row;
-    row.key = QString("k%1").arg(i);
-    row.sender = "Ada";
-    row.text = QString("row %1").arg(i);
-    rows.push_back(row);
-  }
-  return rows;
-}
-
 inline SampleRow PlainRow(QString const& key, QString const& text) {
   SampleRow row;
   row.key = key;
   row.sender = "Ben";
   row.text = text;
   return row;
+}
+
+// `count` message rows "row <i>" (one line each) with keys "k<i>".
+inline QVector<SampleRow> PlainRows(int count) {
+  QVector<SampleRow> rows;
+  for (int i = 0; i < count; ++i) rows.push_back(PlainRow(QString("k%1").arg(i), QString("row %1").arg(i)));
+  return rows;
 }
 
 inline QString LongText(int words) {
@@ -63,6 +57,12 @@ struct ListHarness {
 
   QScrollBar* bar() const { return list->verticalScrollBar(); }
   int ViewHeight() const { return list->viewport()->height(); }
+
+  void Wheel(int angle_delta_y, QPoint pos = QPoint(40, 40), Qt::MouseButtons buttons = Qt::NoButton) const {
+    QWheelEvent event(QPointF(pos), QPointF(list->viewport()->mapToGlobal(pos)), QPoint(), QPoint(0, angle_delta_y),
+                      buttons, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(list->viewport(), &event);
+  }
 
   // The row widget the user sees at viewport y.
   SampleRowWidget* RowAt(int y) const {

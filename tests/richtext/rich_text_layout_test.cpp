@@ -9,12 +9,6 @@ namespace {
 
 using namespace richtext_test;
 
-int Advance(QString const& text, int pixel_size = 14) {
-  QFont font = MonoFont();
-  font.setPixelSize(pixel_size);
-  return QFontMetrics(font).horizontalAdvance(text);
-}
-
 TEST(RichTextLayoutTest, LineLimitEndsInEllipsisOnlyWhereItFits) {
   // Two ten-letter words a line leave room for "..." plus one pixel size.
   const QString roomy = QStringLiteral("abcdefghij ").repeated(10);
@@ -49,7 +43,6 @@ TEST(RichTextLayoutTest, SinglePieceRunsMoveWholeOrAreCut) {
   // Wider than a whole line: one piece, cut, and nothing after it wraps in.
   const QString long_link = QStringLiteral("https://example.test/").append(QString(60, QLatin1Char('q')));
   auto cut = MakeLabel({Text(long_link, 14, 0), Text(QStringLiteral(" tail"))}, 200);
-  ASSERT_GE(cut->lines().size(), 1u);
   ASSERT_EQ(cut->lines().size(), 2u);
   QString const first = cut->lines()[0].blocks[0].text->content;
   EXPECT_TRUE(long_link.startsWith(first));
@@ -66,7 +59,14 @@ TEST(RichTextLayoutTest, SinglePieceRunsMoveWholeOrAreCut) {
   EXPECT_TRUE(two_paragraphs->IsReachMaxLines());
 }
 
-TEST(RichTextLayoutTest, EmptyParagraphsAndRepeatedBreaks) {
+TEST(RichTextLayoutTest, ParagraphsStackOnSharedPixelRowsAndBreaksDoNotRepeat) {
+  auto label = MakeLabel({Text(QStringLiteral("one\ntwo\nthree"))}, 200);
+  auto const& lines = label->lines();
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0].rect.top(), 0);
+  for (size_t i = 1; i < lines.size(); ++i) EXPECT_EQ(lines[i].rect.top(), lines[i - 1].rect.bottom());
+  EXPECT_EQ(label->size(), QSize(Advance(QStringLiteral("three")), lines[2].rect.bottom()));
+
   auto blank = MakeLabel({Text(QStringLiteral("\n\n"))}, 200);
   ASSERT_EQ(blank->lines().size(), 2u);
   for (auto const& line : blank->lines()) {
@@ -75,30 +75,27 @@ TEST(RichTextLayoutTest, EmptyParagraphsAndRepeatedBreaks) {
     EXPECT_TRUE(line.blocks[0].text->ends_paragraph);
     EXPECT_GT(line.rect.height(), 0);
   }
-
   auto breaks = MakeLabel({Text(QStringLiteral("a")), Break(), Break(), Break(), Text(QStringLiteral("b"))}, 200);
   ASSERT_EQ(breaks->lines().size(), 2u);
   EXPECT_EQ(LineText(breaks->lines()[1]), QStringLiteral("b"));
-  auto leading = MakeLabel({Break(), Break(), Text(QStringLiteral("a"))}, 200);
-  EXPECT_EQ(leading->lines().size(), 1u);
+  EXPECT_EQ(MakeLabel({Break(), Break(), Text(QStringLiteral("a"))}, 200)->lines().size(), 1u);
+
+  // Nothing to show still gives one placeholder line, and says so: the chat
+  // item tests watch for that report.
+  talvex_test::LogCapture log;
+  auto empty = MakeLabel({}, 200);
+  ASSERT_EQ(empty->lines().size(), 1u);
+  EXPECT_EQ(empty->lines()[0].rect.height(), 12);
+  EXPECT_EQ(empty->height(), 11);
+  EXPECT_TRUE(log.Contains("empty rich blocks in lines", base::log::kLogError));
+  EXPECT_EQ(MakeLabel({Break(), RichTextBlock()}, 200)->lines().size(), 1u);
 }
 
-TEST(RichTextLayoutTest, ConsecutiveLinesShareOnePixelRow) {
-  auto label = MakeLabel({Text(QStringLiteral("one\ntwo\nthree"))}, 200);
-  auto const& lines = label->lines();
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[0].rect.top(), 0);
-  for (size_t i = 1; i < lines.size(); ++i) EXPECT_EQ(lines[i].rect.top(), lines[i - 1].rect.bottom());
-  EXPECT_EQ(label->height(), lines[2].rect.bottom());
-  EXPECT_EQ(label->width(), Advance(QStringLiteral("three")));
-}
-
-TEST(RichTextLayoutTest, WideImageStandsAloneAndIsPaintedWhole) {
+TEST(RichTextLayoutTest, ImagesStandAloneWhenWideFillTheWidthAndLeaveRoomForEllipsis) {
   auto label = MakeLabel({Text(QStringLiteral("ab")), Image(QSize(300, 20), Qt::red), Text(QStringLiteral("cd"))}, 200);
   auto const& lines = label->lines();
   ASSERT_EQ(lines.size(), 3u);
   ASSERT_EQ(lines[1].blocks.size(), 1u);
-  EXPECT_EQ(lines[1].blocks[0].type, RichTextBlock::kImage);
   EXPECT_EQ(lines[1].blocks[0].size, QSize(300, 20));
   EXPECT_EQ(lines[1].rect.width(), 200);
   EXPECT_EQ(label->width(), 200);
@@ -106,45 +103,23 @@ TEST(RichTextLayoutTest, WideImageStandsAloneAndIsPaintedWhole) {
   const int y = lines[1].rect.top() + 10;
   EXPECT_EQ(QColor(image.pixel(0, y)), QColor(Qt::red));
   EXPECT_EQ(QColor(image.pixel(199, y)), QColor(Qt::red));
-}
 
-TEST(RichTextLayoutTest, FillWidthImagesTakeTheWidthLaidOutSoFar) {
+  // A fill-width image takes the width laid out before it.
   RichTextBlock rule = Image(QSize(5, 2), Qt::gray);
   rule.pixmap->fill_width = true;
-  auto first = MakeLabel({rule, Text(QStringLiteral("text"))}, 200);
-  EXPECT_EQ(first->lines()[0].blocks[0].size.width(), 0);
-
+  EXPECT_EQ(MakeLabel({rule, Text(QStringLiteral("text"))}, 200)->lines()[0].blocks[0].size.width(), 0);
   auto after = MakeLabel({Text(QStringLiteral("a wider line")), Break(), rule}, 200);
   ASSERT_EQ(after->lines().size(), 2u);
   EXPECT_EQ(after->lines()[1].blocks[0].size.width(), Advance(QStringLiteral("a wider line")));
-}
 
-TEST(RichTextLayoutTest, ImagesOnTheLastAllowedLineLeaveRoomForEllipsis) {
   // 14-pixel emoji: the line limit leaves no room for a further image.
-  std::vector<RichTextBlock> blocks;
-  for (int i = 0; i < 30; ++i) blocks.push_back(Image(QSize(14, 14), Qt::yellow, QStringLiteral(":sun:")));
-  auto label = MakeLabel(blocks, 100, 2);
-  ASSERT_EQ(label->lines().size(), 2u);
-  EXPECT_TRUE(label->IsReachMaxLines());
-  RichTextBlock const& tail = label->lines()[1].blocks.back();
-  ASSERT_EQ(tail.type, RichTextBlock::kText);
-  EXPECT_EQ(tail.text->content, QStringLiteral("..."));
-  EXPECT_LE(label->lines()[1].rect.width(), 100);
-}
-
-TEST(RichTextLayoutTest, EmptySourceGivesOnePlaceholderLine) {
-  talvex_test::LogCapture log;
-  auto label = MakeLabel({}, 200);
-  ASSERT_EQ(label->lines().size(), 1u);
-  EXPECT_EQ(label->lines()[0].rect.height(), 12);
-  EXPECT_EQ(label->height(), 11);
-  EXPECT_TRUE(log.Contains("empty rich resource", base::log::kLogError));
-  EXPECT_TRUE(log.Contains("no split lines found, please check the source, type:[ ]", base::log::kLogNotice));
-  EXPECT_TRUE(log.Contains("empty rich blocks in lines, please call jorvelan", base::log::kLogError));
-
-  auto only_breaks = MakeLabel({Break(), RichTextBlock()}, 200);
-  EXPECT_EQ(only_breaks->lines().size(), 1u);
-  EXPECT_TRUE(log.Contains("type:[ 1 0 ]"));
+  std::vector<RichTextBlock> emoji(30, Image(QSize(14, 14), Qt::yellow, QStringLiteral(":sun:")));
+  auto limited = MakeLabel(emoji, 100, 2);
+  ASSERT_EQ(limited->lines().size(), 2u);
+  EXPECT_TRUE(limited->IsReachMaxLines());
+  ASSERT_EQ(limited->lines()[1].blocks.back().type, RichTextBlock::kText);
+  EXPECT_EQ(limited->lines()[1].blocks.back().text->content, QStringLiteral("..."));
+  EXPECT_LE(limited->lines()[1].rect.width(), 100);
 }
 
 TEST(RichTextLayoutTest, VerticalAlignmentInATallLine) {
@@ -163,17 +138,28 @@ TEST(RichTextLayoutTest, VerticalAlignmentInATallLine) {
   EXPECT_EQ(blocks[0].margins.top(), 0);
 }
 
-TEST(RichTextLayoutTest, NewRulesRelayOutAndRepeatedRulesAreSkipped) {
-  const QString text = QStringLiteral("a message long enough to wrap at narrow widths");
-  auto label = MakeLabel({Text(text)}, 400);
+TEST(RichTextLayoutTest, OnlyNewRulesMeasureAgainAndPaintingMeasuresNothing) {
+  RichTextBlock link = Text(QStringLiteral("a link"));
+  link.text->clickable = true;
+  auto label = MakeLabel({Text(QStringLiteral("some text that wraps over a few lines \U0001F600 ok")), link,
+                          Image(QSize(16, 16), Qt::red)},
+                         520);
   EXPECT_EQ(label->lines().size(), 1u);
-  talvex_test::LogCapture log;
-  label->UpdateRichText(400, -1, false);
-  EXPECT_TRUE(log.Contains("skip update for same render rule", base::log::kLogInfo));
+  RichTextMeasure::ResetCount();
+  label->UpdateRichText(520, -1, false);
+  EXPECT_EQ(RichTextMeasure::Count(), 0) << "the same rules again";
   label->UpdateRichText(120, -1, false);
+  EXPECT_GT(RichTextMeasure::Count(), 0);
   EXPECT_GT(label->lines().size(), 2u);
   EXPECT_LE(label->width(), 120);
-  label->UpdateRichText(400, -1, false);
+
+  label->SetContentSelectable(true, true, QStringLiteral("#99c9ff"));
+  Drag(label.get(), QPoint(2, 3), QPoint(60, label->height() - 2));
+  ASSERT_TRUE(label->HasContentSelection());
+  RichTextMeasure::ResetCount();
+  EXPECT_FALSE(Grab(label.get()).isNull());
+  EXPECT_EQ(RichTextMeasure::Count(), 0);
+  label->UpdateRichText(520, -1, false);
   EXPECT_EQ(label->lines().size(), 1u);
 }
 
@@ -189,29 +175,21 @@ TEST(RichTextLayoutTest, AFontSetLaterLaysTheTextOutAgain) {
   EXPECT_EQ(label->width(), QFontMetrics(serif).horizontalAdvance(QStringLiteral("styled later")));
 }
 
-TEST(RichTextLayoutTest, BadInputIsRepairedWithALogLine) {
-  talvex_test::LogCapture log;
+TEST(RichTextLayoutTest, BadInputIsRepaired) {
   RichTextBlock colourless = Text(QStringLiteral("plain"));
   colourless.text->color.clear();
   RichTextBlock sizeless = Text(QStringLiteral("tiny"), 0);
   RichTextBlock image = Image(QSize(10, 10), Qt::green);
-  image.pixmap->ellipsis_color.clear();
   image.margins = QMargins(-5, -5, -5, -5);
   auto label = MakeLabel({colourless, sizeless, RichTextBlock(), image}, 300);
-  EXPECT_TRUE(log.Contains("invalid color for txt of:plain", base::log::kLogNotice));
-  EXPECT_TRUE(log.Contains("invalid pixel size for txt of:tiny", base::log::kLogNotice));
-  EXPECT_EQ(label->source_blocks()[0].text->color, QStringLiteral("black"));
-  EXPECT_EQ(label->source_blocks()[1].text->pixel_size, 12);
-  EXPECT_EQ(label->source_blocks()[3].pixmap->ellipsis_color, QStringLiteral("black"));
+  EXPECT_EQ(label->source_blocks()[0].text->color, QStringLiteral("black")) << "drawn, not invisible";
   auto const& blocks = label->lines()[0].blocks;
   ASSERT_EQ(blocks.size(), 3u);
   EXPECT_EQ(blocks[1].size.width(), Advance(QStringLiteral("tiny"), 12));
   EXPECT_EQ(blocks[2].margins.left(), 0);
 
-  log.Clear();
   const int before = label->width();
   label->UpdateRichText(-10, -1, false);
-  EXPECT_TRUE(log.Contains("invalid max render width, please check", base::log::kLogError));
   EXPECT_EQ(label->max_render_width(), qMax(12, before));
   EXPECT_EQ(label->width(), before);
 }
@@ -222,24 +200,16 @@ TEST(RichTextLayoutTest, BlocksCopyTheirRunsAndKeepTheirType) {
   copy.text->content = QStringLiteral("changed");
   EXPECT_EQ(text.text->content, QStringLiteral("original"));
 
-  talvex_test::LogCapture log;
   RichTextBlock image = Image(QSize(4, 4), Qt::black);
   image = text;
   EXPECT_EQ(image.type, RichTextBlock::kImage);
   EXPECT_EQ(image.text, nullptr);
-  EXPECT_TRUE(log.Contains("rich text type is not match, myself:3, other:2", base::log::kLogError));
 
   RichTextBlock empty;
   empty = text;
   EXPECT_EQ(empty.type, RichTextBlock::kText);
   ASSERT_NE(empty.text, nullptr);
   EXPECT_NE(empty.text.get(), text.text.get());
-
-  const RichTextBlock ellipsis(RichTextBlock::kText, RichTextBlock::kAlignBottom, QSize(12, 12));
-  EXPECT_EQ(ellipsis.alignment, RichTextBlock::kAlignBottom);
-  const RichTextBlock sized(QPixmap(8, 8), QMargins(1, 2, 3, 4), QSize(16, 16));
-  EXPECT_EQ(sized.size, QSize(16, 16));
-  EXPECT_EQ(sized.pixmap->ellipsis_color, QStringLiteral("black"));
 }
 
 TEST(RichTextLayoutTest, ClickableRunsEmitTheirSourceBlock) {
@@ -248,7 +218,6 @@ TEST(RichTextLayoutTest, ClickableRunsEmitTheirSourceBlock) {
   link.text->underline = true;
   link.text->color = QStringLiteral("#1a73e8");
   auto label = MakeLabel({Text(QStringLiteral("see ")), link}, 300);
-  EXPECT_TRUE(label->HasClickableText());
   EXPECT_TRUE(label->hasMouseTracking());
   QSignalSpy spy(label.get(), &RichTextLabel::ClickText);
   const QPoint on_link(Advance(QStringLiteral("see open")), 8);
@@ -272,44 +241,19 @@ TEST(RichTextLayoutTest, ClickableRunsEmitTheirSourceBlock) {
   SendMouse(label.get(), QEvent::MouseButtonRelease, on_plain, Qt::LeftButton, Qt::NoButton);
   EXPECT_EQ(spy.count(), 1);
 
-  auto plain = MakeLabel({Text(QStringLiteral("nothing to click"))}, 300);
-  EXPECT_FALSE(plain->HasClickableText());
-  EXPECT_FALSE(plain->hasMouseTracking());
-}
+  EXPECT_FALSE(MakeLabel({Text(QStringLiteral("nothing to click"))}, 300)->hasMouseTracking());
 
-TEST(RichTextLayoutTest, CallbacksRunFirstAndMayStopTheEvent) {
-  RichTextBlock link = Text(QStringLiteral("link"));
-  link.text->clickable = true;
-  auto label = MakeLabel({link}, 300);
-  QSignalSpy spy(label.get(), &RichTextLabel::ClickText);
+  // Callbacks run first and may stop the event; an ignored release also drops
+  // the press, so a later release alone is no click.
   int presses = 0;
   label->SetMousePressCallback([&](RichTextLabel*, QMouseEvent*) { ++presses; });
   label->SetMouseReleaseCallback([](RichTextLabel*, QMouseEvent* event) { event->ignore(); });
-  SendMouse(label.get(), QEvent::MouseButtonPress, QPoint(5, 5), Qt::LeftButton, Qt::LeftButton);
-  SendMouse(label.get(), QEvent::MouseButtonRelease, QPoint(5, 5), Qt::LeftButton, Qt::NoButton);
+  SendMouse(label.get(), QEvent::MouseButtonPress, on_link, Qt::LeftButton, Qt::LeftButton);
+  SendMouse(label.get(), QEvent::MouseButtonRelease, on_link, Qt::LeftButton, Qt::NoButton);
   EXPECT_EQ(presses, 1);
-  EXPECT_EQ(spy.count(), 0);
-  // The ignored release also dropped the press: a later release alone is no click.
   label->SetMouseReleaseCallback(nullptr);
-  SendMouse(label.get(), QEvent::MouseButtonRelease, QPoint(5, 5), Qt::LeftButton, Qt::NoButton);
-  EXPECT_EQ(spy.count(), 0);
-}
-
-TEST(RichTextLayoutTest, PaintingMeasuresNothing) {
-  RichTextBlock link = Text(QStringLiteral("a link"));
-  link.text->clickable = true;
-  auto label = MakeLabel({Text(QStringLiteral("some text that wraps over a few lines \U0001F600 ok")), link,
-                          Image(QSize(16, 16), Qt::red)},
-                         120);
-  label->SetContentSelectable(true, true, QStringLiteral("#99c9ff"));
-  Drag(label.get(), QPoint(2, 3), QPoint(60, label->height() - 2));
-  ASSERT_TRUE(label->HasContentSelection());
-  RichTextMeasure::ResetCount();
-  const QImage image = Grab(label.get());
-  EXPECT_FALSE(image.isNull());
-  EXPECT_EQ(RichTextMeasure::Count(), 0);
-  label->UpdateRichText(100, -1, false);
-  EXPECT_GT(RichTextMeasure::Count(), 0);
+  SendMouse(label.get(), QEvent::MouseButtonRelease, on_link, Qt::LeftButton, Qt::NoButton);
+  EXPECT_EQ(spy.count(), 1);
 }
 
 TEST(RichTextLayoutTest, PartialRepaintDrawsTheLinesItExposes) {

@@ -6,19 +6,12 @@
 #include <gtest/gtest.h>
 
 #include "richtext/rich_text_test_util.h"
-#include "support/test_util.h"
 
 namespace {
 
 using namespace richtext_test;
 
 const QString kSelectColor = QStringLiteral("#3399ff");
-
-int Advance(QString const& text) {
-  QFont font = MonoFont();
-  font.setPixelSize(14);
-  return QFontMetrics(font).horizontalAdvance(text);
-}
 
 std::unique_ptr<RichTextLabel> Selectable(std::vector<RichTextBlock> const& blocks, int width = 300,
                                           bool native = true) {
@@ -33,25 +26,19 @@ bool IsSelectColor(QImage const& image, int x, int y) { return QColor(image.pixe
 int RowOf(RichTextLabel const& label, int line) { return label.lines()[line].rect.center().y(); }
 
 TEST(RichTextSelectionTest, DragSelectsAndCopiesTheRunBetweenPlaces) {
-  auto label = Selectable({Text(QStringLiteral("hello wide world"))});
-  Drag(label.get(), QPoint(Advance("hello "), 5), QPoint(Advance("hello wide"), 5));
-  ASSERT_TRUE(label->HasContentSelection());
-  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("wide"));
-  EXPECT_FALSE(label->selection().all_selected());
-
-  // Pressing and letting go in one place selects nothing.
-  Drag(label.get(), QPoint(Advance("hel"), 5), QPoint(Advance("hel"), 5));
-  EXPECT_FALSE(label->HasContentSelection());
-  EXPECT_EQ(label->CopyContentSelection(), QString());
-}
-
-TEST(RichTextSelectionTest, PressBelowTheLastLineAndDragUp) {
   auto label = Selectable({Text(QStringLiteral("first line\nsecond line"))});
   ASSERT_EQ(label->lines().size(), 2u);
+  Drag(label.get(), QPoint(Advance("first "), 5), QPoint(Advance("first lin"), 5));
+  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("lin"));
+  EXPECT_FALSE(label->selection().all_selected());
+  // Pressing and letting go in one place selects nothing.
+  Drag(label.get(), QPoint(Advance("fir"), 5), QPoint(Advance("fir"), 5));
+  EXPECT_FALSE(label->HasContentSelection());
+  EXPECT_EQ(label->CopyContentSelection(), QString());
+
+  // From below the last line up into the text, and up above it for everything.
   Drag(label.get(), QPoint(4, label->height() + 6), QPoint(Advance("first "), RowOf(*label, 0)));
-  ASSERT_TRUE(label->HasContentSelection());
   EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("line\nsecond line"));
-  // From below the text up to above it is everything.
   Drag(label.get(), QPoint(4, label->height() + 6), QPoint(4, -3));
   EXPECT_TRUE(label->selection().all_selected());
   EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("first line\nsecond line"));
@@ -98,18 +85,6 @@ TEST(RichTextSelectionTest, BackwardSelectionPaintsAndCopiesLikeForward) {
   EXPECT_EQ(backward->CopyContentSelection(), QStringLiteral("wo three\nfour fi"));
   EXPECT_EQ(forward->CopyContentSelection(), backward->CopyContentSelection());
   EXPECT_EQ(Grab(forward.get()), Grab(backward.get()));
-}
-
-TEST(RichTextSelectionTest, RightClickKeepsAnInnerSelectionAndClearsOtherwise) {
-  auto label = Selectable({Text(QStringLiteral("context menu target"))});
-  const QPoint start(Advance("context "), 5);
-  const QPoint end(Advance("context menu"), 5);
-  Drag(label.get(), end, start);
-  RightClick(label.get(), QPoint(Advance("context me"), 5));
-  EXPECT_TRUE(label->HasContentSelection());
-  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("menu"));
-  RightClick(label.get(), QPoint(Advance("context menu tar"), 5));
-  EXPECT_FALSE(label->HasContentSelection());
 }
 
 TEST(RichTextSelectionTest, CopyKeepsParagraphsImagesAndBreaks) {
@@ -168,34 +143,28 @@ TEST(RichTextSelectionTest, DrivenSelectionAcrossRows) {
   EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("ow"));
 }
 
-TEST(RichTextSelectionTest, SelectableWithoutNativeModeIgnoresItsOwnMouse) {
-  auto label = Selectable({Text(QStringLiteral("driven from the list"))}, 300, false);
+TEST(RichTextSelectionTest, OnlyNativeModeTakesTheMouseAndTheKeyboard) {
+  auto label = Selectable({Text(QStringLiteral("driven from the list\nplease"))}, 300, false);
   Drag(label.get(), QPoint(2, 5), QPoint(Advance("driven"), 5));
   EXPECT_FALSE(label->HasContentSelection());
   label->SetContentSelectable(true, true, kSelectColor);
   Drag(label.get(), QPoint(0, 5), QPoint(Advance("driven"), 5));
   EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("driven"));
   EXPECT_EQ(label->cursor().shape(), Qt::IBeamCursor);
-
-  // Turning selection off clears it; a missing colour changes nothing.
-  talvex_test::LogCapture log;
-  label->SetContentSelectable(true, true, QString());
-  EXPECT_TRUE(log.Contains("invalid selection bg color", base::log::kLogError));
-  EXPECT_TRUE(label->HasContentSelection());
-  label->SetContentSelectable(false, true, kSelectColor);
-  EXPECT_FALSE(label->HasContentSelection());
-  Drag(label.get(), QPoint(0, 5), QPoint(Advance("driven"), 5));
-  EXPECT_FALSE(label->HasContentSelection());
-}
-
-TEST(RichTextSelectionTest, KeyboardCopyAndSelectAllWithNativeSelection) {
-  auto label = Selectable({Text(QStringLiteral("copy me\nplease"))});
   QApplication::clipboard()->clear();
   QKeyEvent select_all(QEvent::KeyPress, Qt::Key_A, Qt::ControlModifier);
   QApplication::sendEvent(label.get(), &select_all);
   QKeyEvent copy(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier);
   QApplication::sendEvent(label.get(), &copy);
-  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("copy me\nplease"));
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("driven from the list\nplease"));
+
+  // A missing colour changes nothing; turning selection off clears it.
+  label->SetContentSelectable(true, true, QString());
+  EXPECT_TRUE(label->HasContentSelection());
+  label->SetContentSelectable(false, true, kSelectColor);
+  EXPECT_FALSE(label->HasContentSelection());
+  Drag(label.get(), QPoint(0, 5), QPoint(Advance("driven"), 5));
+  EXPECT_FALSE(label->HasContentSelection());
 }
 
 TEST(RichTextSelectionTest, ReleaseOutsideEndsTheDragWhenThePointerComesBack) {
@@ -259,7 +228,8 @@ TEST(RichTextSelectionTest, PlacesNeverFallInsideACharacter) {
 }
 
 TEST(RichTextSelectionTest, DoubleClickSelectsAWordOrAnImage) {
-  auto label = Selectable({Text(QStringLiteral("hello wide world ")), Image(QSize(14, 14), Qt::red, QStringLiteral("[ok]"))});
+  auto label =
+      Selectable({Text(QStringLiteral("hello wide world ")), Image(QSize(14, 14), Qt::red, QStringLiteral("[ok]"))});
   const auto double_click = [&](QPoint const& pos) {
     SendMouse(label.get(), QEvent::MouseButtonPress, pos, Qt::LeftButton, Qt::LeftButton);
     SendMouse(label.get(), QEvent::MouseButtonRelease, pos, Qt::LeftButton, Qt::NoButton);
@@ -278,26 +248,30 @@ TEST(RichTextSelectionTest, DoubleClickSelectsAWordOrAnImage) {
   EXPECT_FALSE(IsSelectColor(image, Advance("hello wide world ") - 3, 0));
 }
 
-TEST(RichTextSelectionTest, FocusMovingElsewhereDropsTheSelection) {
-  auto label = Selectable({Text(QStringLiteral("keep me for the menu"))});
-  Drag(label.get(), QPoint(0, 5), QPoint(Advance("keep"), 5));
+TEST(RichTextSelectionTest, ARightClickOutsideItAFocusLossOrANewLayoutDropsTheSelection) {
+  auto label = Selectable({Text(QStringLiteral("context menu target"))});
+  auto select_menu = [&label] {
+    Drag(label.get(), QPoint(Advance("context menu"), 5), QPoint(Advance("context "), 5));
+    ASSERT_EQ(label->CopyContentSelection(), QStringLiteral("menu"));
+  };
+  select_menu();
+  RightClick(label.get(), QPoint(Advance("context me"), 5));
+  EXPECT_EQ(label->CopyContentSelection(), QStringLiteral("menu")) << "kept for the menu";
+  RightClick(label.get(), QPoint(Advance("context menu tar"), 5));
+  EXPECT_FALSE(label->HasContentSelection());
+
+  select_menu();
   QFocusEvent to_menu(QEvent::FocusOut, Qt::PopupFocusReason);
   QApplication::sendEvent(label.get(), &to_menu);
   EXPECT_TRUE(label->HasContentSelection());
   QFocusEvent clicked_away(QEvent::FocusOut, Qt::MouseFocusReason);
   QApplication::sendEvent(label.get(), &clicked_away);
   EXPECT_FALSE(label->HasContentSelection());
-}
 
-TEST(RichTextSelectionTest, NewLayoutDropsTheSelection) {
-  auto label = Selectable({Text(QStringLiteral("resize clears the selection"))});
-  Drag(label.get(), QPoint(0, 5), QPoint(Advance("resize"), 5));
-  ASSERT_TRUE(label->HasContentSelection());
+  select_menu();
   label->UpdateRichText(100, -1, false);
   EXPECT_FALSE(label->HasContentSelection());
-  talvex_test::LogCapture log;
   EXPECT_EQ(label->CopyContentSelection(), QString());
-  EXPECT_TRUE(log.Contains("invalid selection state, skip copy", base::log::kLogNotice));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontMetrics>
 #include <QImage>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -15,6 +16,12 @@ namespace richtext_test {
 // A font with one advance for every Latin character, so that places can be
 // computed from character counts.
 inline QFont MonoFont() { return QFont(QStringLiteral("DejaVu Sans Mono")); }
+
+inline int Advance(QString const& text, int pixel_size = 14) {
+  QFont font = MonoFont();
+  font.setPixelSize(pixel_size);
+  return QFontMetrics(font).horizontalAdvance(text);
+}
 
 // A text run that wraps freely (a run's own limit of -1 is none).
 inline RichTextBlock Text(QString const& content, int pixel_size = 14, int max_lines = -1) {

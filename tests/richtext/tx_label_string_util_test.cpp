@@ -7,6 +7,8 @@
 
 namespace {
 
+using richtext_test::Advance;
+
 struct Pieces {
   QStringList strings;
   QVector<QRect> rects;
@@ -21,12 +23,6 @@ Pieces Split(QString const& text, int width, int start_x = 0, int limit = -1, in
   TXLabelStringUtil::CalculateMultiLineStringRects(QPoint(start_x, 0), 0, 0, width, 0, font, metrics, text,
                                                    out.strings, out.rects, out.more, limit);
   return out;
-}
-
-int Advance(QString const& text) {
-  QFont font = richtext_test::MonoFont();
-  font.setPixelSize(14);
-  return QFontMetrics(font).horizontalAdvance(text);
 }
 
 QString TrimmedEnd(QString text) {
@@ -48,7 +44,7 @@ void ExpectCleanPieces(QString const& text, Pieces const& pieces, int width, int
     in_piece.toNextBoundary();
     const bool one_character = in_piece.position() == pieces.strings[i].size();
     if (!one_character) {
-      EXPECT_LE(Advance(TrimmedEnd(pieces.strings[i])), room) << "piece " << i << ": " << pieces.strings[i].toStdString();
+      EXPECT_LE(Advance(TrimmedEnd(pieces.strings[i])), room) << pieces.strings[i].toStdString();
     }
     EXPECT_EQ(pieces.rects[i].x(), i == 0 ? start_x : 0);
     offset += pieces.strings[i].size();
@@ -57,7 +53,7 @@ void ExpectCleanPieces(QString const& text, Pieces const& pieces, int width, int
   }
 }
 
-TEST(TXLabelStringUtilTest, BreaksBetweenWordsAndStacksPiecesOneLineApart) {
+TEST(TXLabelStringUtilTest, BreaksBetweenWordsAndInsideWordsWiderThanALine) {
   const QString text = QStringLiteral("the quick brown fox jumps over the lazy dog again and again");
   const Pieces pieces = Split(text, 100);
   ASSERT_GT(pieces.strings.size(), 2);
@@ -68,72 +64,52 @@ TEST(TXLabelStringUtilTest, BreaksBetweenWordsAndStacksPiecesOneLineApart) {
     EXPECT_EQ(pieces.rects[i].y(), i * pieces.rects[0].height());
   }
   EXPECT_FALSE(pieces.more);
+
+  // The first piece starts at the given point.
+  ExpectCleanPieces(QStringLiteral("alpha beta gamma delta"), Split(QStringLiteral("alpha beta gamma delta"), 120, 70),
+                    120, 70);
+  // A word that fits a line of its own but not beside the start point begins the next line.
+  EXPECT_EQ(Split(QStringLiteral("abcdefghij"), 100, 60).strings, QStringList({QString(), "abcdefghij"}));
+
+  // A word wider than a line is cut as late as possible.
+  const QString wide(60, QLatin1Char('w'));
+  const Pieces cut = Split(wide, 100);
+  ASSERT_GT(cut.strings.size(), 3);
+  ExpectCleanPieces(wide, cut, 100);
+  EXPECT_GT(Advance(cut.strings[0]) + Advance(QStringLiteral("w")), 100);
 }
 
-TEST(TXLabelStringUtilTest, FirstPieceStartsAtTheGivenPoint) {
-  const QString text = QStringLiteral("alpha beta gamma delta");
-  const Pieces pieces = Split(text, 120, 70);
-  ASSERT_GE(pieces.strings.size(), 2);
-  ExpectCleanPieces(text, pieces, 120, 70);
-  // A word that fits a line of its own does not fit beside the start point:
-  // the first piece is then empty, and the word begins the next line.
-  const Pieces moved = Split(QStringLiteral("abcdefghij"), 100, 60);
-  ASSERT_EQ(moved.strings.size(), 2);
-  EXPECT_EQ(moved.strings[0], QString());
-  EXPECT_EQ(moved.strings[1], QStringLiteral("abcdefghij"));
-}
-
-TEST(TXLabelStringUtilTest, WordWiderThanALineIsCutBetweenCharacters) {
-  const QString text(60, QLatin1Char('w'));
-  const Pieces pieces = Split(text, 100);
-  ASSERT_GT(pieces.strings.size(), 3);
-  ExpectCleanPieces(text, pieces, 100);
-  // Cut as late as possible: a full piece leaves less than a character free.
-  EXPECT_GT(Advance(pieces.strings[0]) + Advance(QStringLiteral("w")), 100);
-}
-
-TEST(TXLabelStringUtilTest, PieceLimitAndLeftoverText) {
+TEST(TXLabelStringUtilTest, PieceLimitLeftoverTextAndParagraphEnds) {
   const QString text = QStringLiteral("one two three four five six seven eight nine ten");
   const Pieces all = Split(text, 80);
   ASSERT_GT(all.strings.size(), 3);
   const Pieces two = Split(text, 80, 0, 2);
-  EXPECT_EQ(two.strings.size(), 2);
   EXPECT_TRUE(two.more);
   EXPECT_EQ(two.strings, all.strings.mid(0, 2));
   const Pieces exact = Split(text, 80, 0, all.strings.size());
   EXPECT_EQ(exact.strings, all.strings);
   EXPECT_FALSE(exact.more);
-  const Pieces roomy = Split(text, 80, 0, 100);
-  EXPECT_FALSE(roomy.more);
-}
 
-TEST(TXLabelStringUtilTest, ParagraphEndMarkStaysOnTheLastPieceOnly) {
+  // The paragraph end mark stays on the last piece only and takes no width.
   const Pieces whole = Split(QStringLiteral("short\r"), 200);
-  ASSERT_EQ(whole.strings.size(), 1);
-  EXPECT_EQ(whole.strings[0], QStringLiteral("short\r"));
+  EXPECT_EQ(whole.strings, QStringList({QStringLiteral("short\r")}));
   EXPECT_EQ(whole.rects[0].width(), Advance(QStringLiteral("short")));
-
-  const Pieces wrapped = Split(QStringLiteral("a paragraph that needs a few lines\r"), 90);
+  const QString paragraph = QStringLiteral("a paragraph that needs a few lines\r");
+  const Pieces wrapped = Split(paragraph, 90);
   ASSERT_GT(wrapped.strings.size(), 1);
-  for (int i = 0; i + 1 < wrapped.strings.size(); ++i) EXPECT_FALSE(wrapped.strings[i].contains(QLatin1Char('\r')));
+  EXPECT_EQ(wrapped.strings.join(QString()).count(QLatin1Char('\r')), 1);
   EXPECT_TRUE(wrapped.strings.last().endsWith(QLatin1Char('\r')));
-
   // Cut short by the limit, the paragraph does not end on screen.
-  const Pieces cut = Split(QStringLiteral("a paragraph that needs a few lines\r"), 90, 0, 1);
-  ASSERT_EQ(cut.strings.size(), 1);
-  EXPECT_TRUE(cut.more);
-  EXPECT_FALSE(cut.strings[0].contains(QLatin1Char('\r')));
-}
+  const Pieces limited = Split(paragraph, 90, 0, 1);
+  EXPECT_TRUE(limited.more);
+  EXPECT_EQ(limited.strings, wrapped.strings.mid(0, 1));
 
-TEST(TXLabelStringUtilTest, EmptyParagraphIsOneEmptyPiece) {
+  // An empty paragraph is one empty piece a line high.
   const Pieces empty = Split(QString(), 100);
-  ASSERT_EQ(empty.strings.size(), 1);
-  EXPECT_EQ(empty.strings[0], QString());
+  EXPECT_EQ(empty.strings, QStringList({QString()}));
   EXPECT_EQ(empty.rects[0].width(), 0);
   EXPECT_GT(empty.rects[0].height(), 0);
-  const Pieces marked = Split(QStringLiteral("\r"), 100);
-  ASSERT_EQ(marked.strings.size(), 1);
-  EXPECT_EQ(marked.strings[0], QStringLiteral("\r"));
+  EXPECT_EQ(Split(QStringLiteral("\r"), 100).strings, QStringList({QStringLiteral("\r")}));
 }
 
 TEST(TXLabelStringUtilTest, EmojiSequencesFlagsAndMarksStayWhole) {
