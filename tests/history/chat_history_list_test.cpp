@@ -174,6 +174,28 @@ TEST_F(ChatPanelListTest, DeletingTheOnlyMessageUnderATipTakesTheTipToo) {
   EXPECT_EQ(list_->show_msg_ids().Size(), 2u);
 }
 
+TEST_F(ChatPanelListTest, DeletionsOutsideThisListLeaveItAlone) {
+  // A message of another meeting that is deleted never reaches this list.
+  const std::string elsewhere = meeting_.messages().Post(sim::TextRecord("999", kAvery, "elsewhere"));
+  updates_.clear();
+  meeting_.messages().Delete(elsewhere);
+  EXPECT_TRUE(updates_.empty());
+
+  // Only a following message protects a tip: a record without a kind does not.
+  const std::string alone = Receive(kSelf, "alone", 1700000000, true);
+  const std::string tip = updates_.back().ids[0];
+  Variant bare = Json(R"({"msg_id": "bare", "message_status": 2, "is_from_self": true, "conv_id": "801234567"})");
+  meeting_.messages().AddMessage(bare);
+  Variant added("bare");
+  meeting_.messages().FireEvent(35, &added);
+  ASSERT_EQ(list_->show_msg_ids().Size(), 3u);
+  updates_.clear();
+  meeting_.messages().Delete(alone);
+  ASSERT_EQ(updates_.size(), 2u);
+  EXPECT_EQ(updates_[0].ids, std::vector<std::string>{alone});
+  EXPECT_EQ(updates_[1].ids, std::vector<std::string>{tip}) << "the tip goes with the last message it stood over";
+}
+
 TEST_F(ChatPanelListTest, UpdatesAndWithdrawalsReplaceTheRow) {
   const std::string id = Receive(kSelf, "typo", 0, true);
   updates_.clear();

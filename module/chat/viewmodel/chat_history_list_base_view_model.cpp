@@ -364,6 +364,7 @@ void ChatHistoryListBaseViewModel::OnMessageDeleted(Variant const* payload) {
     TXLOG_INFO << "<IM> message not show list template_type = " << template_type_;
     return;
   }
+  if (!IsInThisConversation(*msg)) return;
   Variant list = Array();
   list.Add(BuildListItem(*msg));
   UpdateMessageList(list, kUpdateRemoved);
@@ -612,7 +613,8 @@ void ChatHistoryListBaseViewModel::DeleteShowMessage(Variant const& items, int) 
         TXLOG_ERROR << "<IM> message not found with msg_id=" << it->AsStr();
         continue;
       }
-      if (!IsTip(*next)) continue;
+      // Only a following message protects the tip; a record without a kind does not.
+      if (next->Has("chat_type") && !IsTip(*next)) continue;
     }
     // A tip left with nothing after it, or followed by another tip, goes too.
     auto before = std::prev(it);
