@@ -123,6 +123,7 @@ void ChatSendMessageBizModel::UnInit() {
           framework::module::GetAppModuleModel(kHostChatMessageModel))) {
     messages->UnsubscribePriority(kMixedSendEvent, framework::SubscriberId(this));
   }
+  mixed_queue_.clear();
   TypedBizModel::ChatSendMessage::ModelImpl::UnInit();
 }
 
@@ -390,6 +391,12 @@ bool ChatSendMessageBizModel::CheckSendImage(std::string const& path, Variant co
 }
 
 bool ChatSendMessageBizModel::InvokeSendImageMessage(Variant const* params, Variant* result) {
+  bool copying = false;
+  return SendImage(params, nullptr, &copying);
+}
+
+bool ChatSendMessageBizModel::SendImage(Variant const* params, std::function<void()> after_copy, bool* copying) {
+  *copying = false;
   TXLOG_INFO << "<IM> send image, params=" << framework::VariantToString(params);
   ReportSendToWaitingRoom();
   if (!talvex::ChatUtils::IsMeetingSupportIMFileAndPicture()) {
@@ -415,16 +422,18 @@ bool ChatSendMessageBizModel::InvokeSendImageMessage(Variant const* params, Vari
   const std::string target = UniqueTarget(dir, FileNameOf(source));
   std::weak_ptr<bool> alive = alive_;
   const Variant held = *params;
+  *copying = true;
   base::file::FileCopyer::FileCopy(
       source, target,
-      [this, alive, held, target, template_type](bool ok) {
+      [this, alive, held, target, template_type, after_copy](bool ok) {
         if (alive.expired()) return;
-        if (!ok) {
+        if (ok) {
+          HandleSendImageMessage(target, held, template_type);
+        } else {
           TXLOG_ERROR << "<IM> image copy failed: " << target;
           RefuseById(kTextSendCopyFailed);
-          return;
         }
-        HandleSendImageMessage(target, held, template_type);
+        if (after_copy) after_copy();
       },
       base::threading::LooperThread::FileLooper(), base::threading::LooperThread::CurrentLooper());
   return true;
@@ -615,15 +624,31 @@ void ChatSendMessageBizModel::SendMixedMessage(Variant const* items) {
   }
   for (auto const& item : items->AsArray()) {
     const int64_t type = item.GetInteger(kSendFieldItemType, -1);
-    if (type == kItemTypeText) {
-      Variant piece = item;
+    if (type == kItemTypeText || type == kItemTypeImage) mixed_queue_.push_back(item);
+  }
+  SendQueuedMixedPieces();
+  FireEvent(kEventMixedSent, nullptr);
+}
+
+void ChatSendMessageBizModel::SendQueuedMixedPieces() {
+  while (!mixed_copy_in_flight_ && !mixed_queue_.empty()) {
+    Variant piece = std::move(mixed_queue_.front());
+    mixed_queue_.pop_front();
+    if (piece.GetInteger(kSendFieldItemType, -1) == kItemTypeText) {
       piece.Set("is_mix_msg", true);
       InvokeSendTextMessage(&piece, nullptr);
-    } else if (type == kItemTypeImage) {
-      InvokeSendImageMessage(&item, nullptr);
+      continue;
     }
+    // The text after a picture waits for it, so that the meeting reads the
+    // pieces in the order they were written.
+    SendImage(
+        &piece,
+        [this] {
+          mixed_copy_in_flight_ = false;
+          SendQueuedMixedPieces();
+        },
+        &mixed_copy_in_flight_);
   }
-  FireEvent(kEventMixedSent, nullptr);
 }
 
 }  // namespace chat

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -97,12 +99,21 @@ class ChatSendMessageBizModel : public TypedBizModel::ChatSendMessage::ModelImpl
   bool IsEnterpriseCanSendFileMessage();
   bool CheckSendImage(std::string const& path, Variant const& params);
   void HandleSendImageMessage(std::string const& path, Variant const& params, int template_type);
+  // The checks and the copy of a picture send; the picture goes out when its
+  // copy is staged. `after_copy` runs once the copy has answered, and only
+  // when `*copying` comes back true.
+  bool SendImage(Variant const* params, std::function<void()> after_copy, bool* copying);
+  // Hands the queued pieces of mixed sends to the client in input order; a
+  // picture holds back what follows it until its copy is staged.
+  void SendQueuedMixedPieces();
   bool GenerateNewFilePath(std::vector<std::string>& paths_out, std::vector<std::string> const& paths);
   void HandleSendFileMessage(Variant const& params, std::string const& path);
 
   framework::module::ModuleRuntime* runtime_;
   // Copies answer later; a model that went by then does nothing.
   std::shared_ptr<bool> alive_;
+  std::deque<Variant> mixed_queue_;
+  bool mixed_copy_in_flight_ = false;
 };
 
 }  // namespace chat
