@@ -4,12 +4,16 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QMimeData>
+#include <QImage>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "chat/runtime/chat_module_runtime.h"
+#include "chat/ui/desktop/view/chat/chat_image_item.h"
+#include "chat/ui/desktop/view/chat/image_browser.h"
 #include "chat/ui/desktop/view/chat/chat_open_app_item.h"
 #include "chat/ui/desktop/view/chat/chat_text_item.h"
 #include "chat/ui/desktop/view/chat/text_browser.h"
@@ -230,6 +234,49 @@ TEST_F(HistoryListViewTest, CopyingSelectedRowsPutsTextAndHtmlOnTheClipboard) {
   QApplication::clipboard()->clear();
   view_->CopySelection();
   EXPECT_EQ(QApplication::clipboard()->text(), "second & last");
+}
+
+// A picture one sent, as the meeting gives it back: the sender's own file.
+TEST_F(HistoryListViewTest, PicturesOnScreenKeepTheirRowsWhenTheListIsMeasuredAgain) {
+  Seed(3);
+  QTemporaryDir dir;
+  std::vector<std::string> pictures;
+  for (QColor color : {QColor(Qt::red), QColor(Qt::blue)}) {
+    QImage image(320, 200, QImage::Format_RGB32);
+    image.fill(color);
+    const QString path = dir.filePath(color.name().mid(1) + ".png");
+    ASSERT_TRUE(image.save(path));
+    Variant element(base::variant::kVariantTypeMap);
+    element.Set("image_elem_orig_path", path.toStdString());
+    Variant content(base::variant::kVariantTypeArray);
+    content.Add(element);
+    pictures.push_back(meeting_.messages().Post(
+        sim::ChatRecord(meeting_.meeting().meeting_id(), {"u-self", "Alex Morgan"}, 4, content, true)));
+  }
+  PostOwn("under the pictures");
+  Open();
+  auto browser = [this](std::string const& id) -> ImageBrowser* {
+    ChatMessageWidget* row = view_->RowWidgetOf(id);
+    auto* item = row ? qobject_cast<ChatImageItem*>(row->item()) : nullptr;
+    return item ? item->browser() : nullptr;
+  };
+  auto loaded = [&](std::string const& id) { return browser(id) && browser(id)->is_image_loaded(); };
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return loaded(pictures[0]) && loaded(pictures[1]) && Settled(view_.get()); }));
+  ChatMessageWidget* first = view_->RowWidgetOf(pictures[0]);
+  ChatMessageWidget* second = view_->RowWidgetOf(pictures[1]);
+
+  // What every re-measure does: the rows on screen laid out again.
+  talvex_test::LogCapture log;
+  const int reloads = view_->reload_count();
+  view_->list()->ReloadItems({IndexOf(pictures[0]), IndexOf(pictures[1])});
+  EXPECT_EQ(view_->RowWidgetOf(pictures[0]), first) << "each message keeps its widget";
+  EXPECT_EQ(view_->RowWidgetOf(pictures[1]), second);
+  EXPECT_TRUE(loaded(pictures[0]) && loaded(pictures[1])) << "no placeholder in between";
+  talvex_test::SpinFor(300);
+  EXPECT_FALSE(log.Contains("image changed")) << "no picture decoded for a row that moved on";
+  EXPECT_EQ(view_->reload_count(), reloads);
+  EXPECT_TRUE(Settled(view_.get()));
+  EXPECT_TRUE(view_->list()->IsScrollBottom());
 }
 
 TEST_F(HistoryListViewTest, ANarrowerPanelWrapsRowsAgainAndStaysAtTheBottom) {

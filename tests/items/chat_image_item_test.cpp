@@ -98,6 +98,10 @@ TEST_F(ChatImageItemTest, WideImageShowsAtTheBoxWidthAndTheRowGrowsToIt) {
   EXPECT_EQ(row->sizeHint().height(), 24 + 16 + 2 + browser->height() + 4);
   EXPECT_NE(row->sizeHint().height(), before);
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return changes > 0; })) << "the list is told to measure again";
+  // Another row given the same picture shows it at once, without a placeholder.
+  auto again = MakeRow(ImageInfo("img2", path));
+  EXPECT_TRUE(BrowserOf(again.get())->is_image_loaded());
+  EXPECT_EQ(BrowserOf(again.get())->label()->size(), browser->label()->size());
   // Decoding left a thumbnail at most 560 long beside the file.
   const QString thumb = ImageAsycnBrowser::ThumbnailPathOf(path);
   ASSERT_TRUE(QFileInfo::exists(thumb));

@@ -206,8 +206,13 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
   Variant const& item = items_[index];
   const std::string msg_id = MsgIdOf(item);
   const QString reuse_id = QString::fromStdString(ReuseIdOf(item));
-  QFReuseWidget* cached = list->GetReuseItem(reuse_id, QString::fromStdString(msg_id));
+  // A row asks first for the widget that last showed its message: rebinding
+  // it changes nothing, while another message's widget would load its
+  // content again (a picture decodes anew) and change its height.
+  const QString key = QString::fromStdString(msg_id);
+  QFReuseWidget* cached = list->GetReuseItem(reuse_id, key);
   if (ChatMessageView* view = RowViewOf(cached)) {
+    cached->SetReuseKey(key);
     cached->setFixedWidth(list->viewport()->width());
     BindRow(view, msg_id);
     RestoreSelection(list, index, static_cast<ChatMessageWidget*>(cached));
@@ -231,6 +236,7 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
     return nullptr;
   }
   auto* row = new ChatMessageWidget(reuse_id, list->ContentWidget());
+  row->SetReuseKey(key);
   row->setFixedWidth(list->viewport()->width());
   auto view = std::make_shared<ChatMessageView>(row);
   view->SetItem(item_type, info_prop);

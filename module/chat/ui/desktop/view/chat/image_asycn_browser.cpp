@@ -6,6 +6,7 @@
 #include <QImageReader>
 #include <QImageWriter>
 #include <QMouseEvent>
+#include <QPixmapCache>
 #include <QPointer>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -42,6 +43,8 @@ ImageAsycnBrowser::ImageAsycnBrowser(QWidget* parent) : QWidget(parent) {
 }
 
 ImageAsycnBrowser::~ImageAsycnBrowser() = default;
+
+QString ImageAsycnBrowser::CacheKeyOf(QString const& path) { return QStringLiteral("chat_image:") + path; }
 
 QString ImageAsycnBrowser::ThumbnailPathOf(QString const& path) {
   const QFileInfo info(path);
@@ -82,6 +85,13 @@ QImage ImageAsycnBrowser::LoadImage(QString const& path, bool* ok) {
 void ImageAsycnBrowser::SetImagePath(QString const& path) {
   image_path_ = path;
   is_image_loaded_ = false;
+  // A picture shown a moment ago, in this row or another, shows again at
+  // once: no placeholder, no change of height, no decoding.
+  QPixmap decoded;
+  if (QPixmapCache::find(CacheKeyOf(path), &decoded)) {
+    AddImageToBrowser(path, decoded, true);
+    return;
+  }
   OnLoadingChanged(true);
   QPointer<ImageAsycnBrowser> self(this);
   auto main = base::threading::LooperThread::MainLooper();
@@ -106,6 +116,7 @@ void ImageAsycnBrowser::AddImageToBrowser(QString const& path, QPixmap const& pi
   SetImageDisplaySize(pixmap_width_, pixmap_height_);
   label_->setPixmap(pixmap);
   label_->setCursor(Qt::PointingHandCursor);
+  if (notify) QPixmapCache::insert(CacheKeyOf(path), pixmap);
   is_image_loaded_ = notify;
   if (notify) emit ImageLoaded(path);
 }

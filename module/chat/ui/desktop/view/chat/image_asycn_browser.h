@@ -39,6 +39,8 @@ class ImageAsycnBrowser : public QWidget {
   // thumbnail when it had to scale and none existed. Runs on any thread.
   static QImage LoadImage(QString const& path, bool* ok);
   static QString ThumbnailPathOf(QString const& path);
+  // Decoded pictures stay in the application's pixmap cache under this key.
+  static QString CacheKeyOf(QString const& path);
 
  signals:
   void ImageLoaded(QString path);
