@@ -74,6 +74,18 @@ TEST(ReuseListLayoutTest, TheLaidOutHeightWinsOverTheEstimate) {
   content_is_the_sum();
 }
 
+TEST(ReuseListLayoutTest, RowsShorterThanTheirReservedHeightStillFillTheView) {
+  // Heights kept from an earlier look, before a picture went back to its placeholder.
+  ListHarness<> h(PlainRows(60));
+  for (int i = 0; i < 60; ++i) h.delegate->UpdateItemHeight(i, 300);
+  for (int target : {0, 30}) {
+    SCOPED_TRACE(target);
+    h.list->Reload(target, 0);
+    h.ExpectConsistentLayout();
+    EXPECT_FALSE(h.TextAt(h.ViewHeight() - 4).isEmpty()) << "the bottom of the view shows a row";
+  }
+}
+
 TEST(ReuseListLayoutTest, ScrollingUpIntoRowsTallerThanEstimatedMovesNothingOnScreen) {
   QVector<SampleRow> rows = PlainRows(400);
   for (int i = 0; i < rows.size(); i += 2) rows[i].text = LongText(12 + i % 50);

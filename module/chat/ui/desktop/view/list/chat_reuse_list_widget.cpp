@@ -305,6 +305,19 @@ void ChatReuseListWidget::ReuseWidgetForValue(int value) {
     in_update_ = false;
     if (verticalScrollBar()->value() != scroll_value_) ReuseWidgetForValue(verticalScrollBar()->value());
   }
+
+  // The range was chosen from the heights before measuring: rows that came
+  // out shorter leave the bottom of the view bare, taller ones push rows out
+  // of it. Measured heights stay, so one more pass settles it.
+  if (height_change != 0 && relayout_depth_ < kMaxRelayoutPasses) {
+    int start = -1;
+    const int count = CalculateVisibleRange(scroll_value_, &start);
+    if (start != start_index_ || count != visible_count_) {
+      ++relayout_depth_;
+      ReuseWidgetForValue(scroll_value_);
+      --relayout_depth_;
+    }
+  }
 }
 
 void ChatReuseListWidget::NotifyVisibleItemsChanged() {

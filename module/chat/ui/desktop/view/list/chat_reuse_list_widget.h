@@ -185,6 +185,9 @@ class ChatReuseListWidget : public QFScrollArea, public QFWidgetReusePolicy {
   bool update_on_resize_ = true;
   bool selection_enabled_ = false;
   int selection_state_ = kSelectionIdle;
+  // Passes laid out again because measuring changed the visible range.
+  static constexpr int kMaxRelayoutPasses = 8;
+  int relayout_depth_ = 0;
   QPoint press_pos_;
   QString selection_start_key_;
   QPoint move_pos_;
