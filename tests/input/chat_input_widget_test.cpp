@@ -1,4 +1,6 @@
 #include <QAction>
+#include <QLineEdit>
+#include <QVBoxLayout>
 #include <QSignalSpy>
 #include <QStackedWidget>
 
@@ -95,6 +97,37 @@ TEST(ChatInputWidgetTest, TheSendButtonColourFollowsContentAndHover) {
   ASSERT_EQ(empty.count(), 2);
   EXPECT_FALSE(empty.at(0).at(0).toBool());
   EXPECT_TRUE(empty.at(1).at(0).toBool());
+}
+
+TEST(ChatInputWidgetTest, BlanksAloneLeaveTheSendButtonGreyAndTabMovesOn) {
+  QWidget window;
+  auto* layout = new QVBoxLayout(&window);
+  auto* before = new QLineEdit(&window);
+  auto* input = new ChatInputWidget(&window);
+  auto* after = new QLineEdit(&window);
+  layout->addWidget(before);
+  layout->addWidget(input);
+  layout->addWidget(after);
+  window.show();
+  QApplication::setActiveWindow(&window);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  RichEdit* edit = input->edit();
+  edit->setFocus();
+  QTest::keyClicks(edit, "  ");
+  QTest::keyClick(edit, Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_EQ(edit->toPlainText(), "  \t") << "Ctrl+Tab types a tab";
+  EXPECT_TRUE(input->is_empty()) << "spaces and tabs are nothing to send";
+  EXPECT_EQ(input->send_button_color(), "#B0B6C3");
+  QTest::keyClicks(edit, "x");
+  EXPECT_FALSE(input->is_empty());
+
+  QTest::keyClick(edit, Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), after);
+  EXPECT_EQ(edit->toPlainText(), "  \tx") << "Tab inserts nothing";
+  QTest::keyClick(after, Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(QApplication::focusWidget(), edit);
+  QTest::keyClick(edit, Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(QApplication::focusWidget(), before) << "Shift+Tab leaves backwards";
 }
 
 TEST(ChatInputWidgetTest, TheSendOptionMenuChecksOneRowAndTellsTheChoice) {

@@ -279,6 +279,31 @@ TEST_F(HistoryListViewTest, PicturesOnScreenKeepTheirRowsWhenTheListIsMeasuredAg
   EXPECT_TRUE(view_->list()->IsScrollBottom());
 }
 
+TEST_F(HistoryListViewTest, CtrlASelectsEveryMessageAndCtrlCCopiesThem) {
+  const auto ids = Seed(30);
+  Open();
+  QApplication::setActiveWindow(window_.get());
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+  ChatMessageListWidget* list = view_->list();
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+  std::vector<int> selected;
+  list->GetSelectionVecIndex(&selected);
+  EXPECT_EQ(selected.size(), view_->MessageIds().size());
+  ASSERT_NE(TextRow(ids.back()), nullptr);
+  EXPECT_TRUE(TextRow(ids.back())->is_selected()) << "the rows on screen show it";
+
+  // Scrolling through keeps it; rows coming into view show it too.
+  list->SetVerticalScrollValue(0);
+  ASSERT_NE(TextRow(ids.front()), nullptr);
+  EXPECT_TRUE(TextRow(ids.front())->is_selected());
+  QApplication::clipboard()->clear();
+  QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+  const QString copied = QApplication::clipboard()->text();
+  EXPECT_TRUE(copied.contains("message 0\n")) << copied.toStdString();
+  EXPECT_TRUE(copied.contains("message 29\n"));
+}
+
 TEST_F(HistoryListViewTest, ANarrowerPanelWrapsRowsAgainAndStaysAtTheBottom) {
   Seed(20);
   const std::string long_id =

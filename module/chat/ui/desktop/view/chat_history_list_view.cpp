@@ -173,6 +173,10 @@ void ChatHistoryListView::OnViewModelBoundEx(framework::StatefulViewModel* view_
   });
   auto* copy = new QShortcut(QKeySequence::Copy, list, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   QObject::connect(copy, &QShortcut::activated, guard, [this] { CopySelection(); });
+  auto* select_all = new QShortcut(QKeySequence::SelectAll, list, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+  QObject::connect(select_all, &QShortcut::activated, guard, [this] {
+    if (list_) list_->SelectAll();
+  });
   QObject::connect(unread_widget_.data(), &ChatUnreadMsgWidget::Pressed, guard, [this] {
     if (auto vm = this->view_model()) vm->Handle(List::kActionClickUnreadTip, nullptr);
   });

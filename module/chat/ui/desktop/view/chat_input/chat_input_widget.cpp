@@ -65,7 +65,8 @@ ChatInputWidget::ChatInputWidget(QWidget* parent) : QWidget(parent) {
   setMinimumHeight(kMinHeight);
   setMaximumHeight(kMaxHeight);
   SetInputHeight(kDefaultHeight);
-  setFocusPolicy(Qt::StrongFocus);
+  // A click gives the edit the focus; Tab passes the widget by and stops at the edit.
+  setFocusPolicy(Qt::ClickFocus);
   SetSendButtonColor(kColorEmpty);
 }
 
@@ -104,6 +105,8 @@ void ChatInputWidget::BuildLayout() {
   edit_->setStyleSheet(QString(kEditSheet).arg(kEditFontSize).arg(kEditColor));
   edit_->setFrameShape(QFrame::NoFrame);
   edit_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  // Tab moves on, as in every other field of the window; Ctrl+Tab types a tab.
+  edit_->setTabChangesFocus(true);
   edit_->installEventFilter(this);
   connect(edit_, &QTextEdit::textChanged, this, &ChatInputWidget::OnTextChanged);
   stacked_->addWidget(edit_);
@@ -234,8 +237,16 @@ void ChatInputWidget::RequestSend() {
   emit SendMsgBtnClicked();
 }
 
+bool ChatInputWidget::HasSendableContent() const {
+  // A picture or an emoji stands in the text as one object character.
+  for (QChar const c : edit_->toPlainText()) {
+    if (!c.isSpace()) return true;
+  }
+  return false;
+}
+
 void ChatInputWidget::OnTextChanged() {
-  const bool empty = edit_->IsEmpty();
+  const bool empty = !HasSendableContent();
   if (empty != is_empty_) {
     is_empty_ = empty;
     SetSendButtonColor(empty ? kColorEmpty : (hovered_ ? kColorHover : kColorReady));
@@ -251,6 +262,12 @@ void ChatInputWidget::SetSendButtonColor(QString const& color) {
 }
 
 bool ChatInputWidget::HandleEditKey(QKeyEvent* key) {
+  if (key->key() == Qt::Key_Tab && key->modifiers() == Qt::ControlModifier) {
+    QTextCursor cursor = edit_->textCursor();
+    cursor.insertText(QStringLiteral("\t"));
+    edit_->setTextCursor(cursor);
+    return true;
+  }
   if (!IsReturn(key->key())) return false;
   const Qt::KeyboardModifiers mods = key->modifiers();
   bool send = false;

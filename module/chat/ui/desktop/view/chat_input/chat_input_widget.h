@@ -84,6 +84,8 @@ class ChatInputWidget : public QWidget {
   void BuildSendOptionMenu();
   void ShowSendOptionMenu();
   void OnTextChanged();
+  // Something besides blanks: text, an emoji or a picture.
+  bool HasSendableContent() const;
   void SetSendButtonColor(QString const& color);
   void RequestSend();
   bool HandleEditKey(QKeyEvent* key);

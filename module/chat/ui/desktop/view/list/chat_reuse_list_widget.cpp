@@ -672,6 +672,11 @@ void ChatReuseListWidget::keyPressEvent(QKeyEvent* event) {
     event->accept();
     return;
   }
+  if (event->matches(QKeySequence::SelectAll) && selection_enabled_) {
+    SelectAll();
+    event->accept();
+    return;
+  }
   if (!Delegate() || total_count_ <= 0) {
     QFScrollArea::keyPressEvent(event);
     return;
@@ -932,6 +937,24 @@ void ChatReuseListWidget::ClearSelection() {
     emit OnSelectionChanged();
   }
   StopAutoScroll();
+}
+
+void ChatReuseListWidget::SelectAll() {
+  ChatReuseListWidgetDelegate* delegate = Delegate();
+  if (!selection_enabled_ || !delegate || total_count_ <= 0) return;
+  StopAutoScroll();
+  // Not a finished drag: the reader may scroll through what Ctrl+A selected.
+  selection_state_ = kSelectionIdle;
+  selection_start_key_.clear();
+  Variant whole(base::variant::kVariantTypeMap);
+  whole["select_all"] = true;
+  for (int row = 0; row < total_count_; ++row) {
+    const QString key = delegate->ItemUniStingAtIndex(this, row);
+    if (key.isEmpty()) continue;
+    selection_map_[key] = whole;
+    delegate->ItemSelectedAtIndex(this, row, whole);
+  }
+  emit OnSelectionChanged();
 }
 
 Variant ChatReuseListWidget::ItemSelectionRecord(int index) const {

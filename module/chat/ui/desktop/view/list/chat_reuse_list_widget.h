@@ -87,6 +87,8 @@ class ChatReuseListWidget : public QFScrollArea, public QFWidgetReusePolicy {
   // Rows of the selected keys, in key order.
   void GetSelectionVecIndex(std::vector<int>* out_indices) const;
   void ClearSelection();
+  // Selects every row whole, as Ctrl+A does; scrolling keeps it, a press drops it.
+  void SelectAll();
 
   void SetFixItemWidth(bool fix) { fix_item_width_ = fix; }
   void SetUpdateOnResize(bool update) { update_on_resize_ = update; }
