@@ -2,6 +2,7 @@
 // line, the sending spinner, links, selection, notices, files and avatars.
 #include <QDesktopServices>
 #include <QLabel>
+#include <QLayout>
 #include <QPushButton>
 #include <QTest>
 #include <QTextDocument>
@@ -11,6 +12,7 @@
 #include "chat/ui/desktop/view/chat/chat_file_item.h"
 #include "chat/ui/desktop/view/chat/chat_text_item.h"
 #include "chat/ui/desktop/view/chat/chat_tips_item.h"
+#include "chat/ui/desktop/view/chat/chat_unread_msg_widget.h"
 #include "chat/ui/desktop/view/chat/text_browser.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
 #include "items_fixture.h"
@@ -30,6 +32,34 @@ class ChatItemsTest : public ::testing::Test {
  protected:
   void SetUp() override { InitChatResources(); }
 };
+
+TEST(ChatUnreadMsgWidgetTest, TheNewMessagesTextFitsAtEveryCountAndWidth) {
+  QWidget panel;
+  panel.resize(360, 200);
+  auto* pill = new ChatUnreadMsgWidget(&panel);
+  panel.show();
+  QLabel* label = pill->text_label();
+  auto fits = [label] {
+    label->parentWidget()->layout()->activate();
+    return label->fontMetrics().horizontalAdvance(label->text()) <= label->contentsRect().width();
+  };
+  for (QString const& text : {QString("1 new messages"), QString("99+ new messages"), QString("Someone mentioned you")}) {
+    SCOPED_TRACE(text.toStdString());
+    pill->SetText(text);
+    EXPECT_EQ(label->text(), text) << "shown whole";
+    EXPECT_TRUE(fits());
+    EXPECT_GE(pill->width(), 108 + 12);
+  }
+  // A panel too narrow for the text: the button stays inside it and the tooltip says it all.
+  pill->SetMaxWidth(110);
+  EXPECT_LE(pill->width(), 110);
+  EXPECT_TRUE(fits());
+  EXPECT_NE(label->text(), "Someone mentioned you");
+  EXPECT_EQ(pill->toolTip(), "Someone mentioned you");
+  pill->SetMaxWidth(0);
+  EXPECT_EQ(label->text(), "Someone mentioned you");
+  EXPECT_TRUE(pill->toolTip().isEmpty());
+}
 
 TEST_F(ChatItemsTest, HeightEstimateFollowsTheKindAndTheShell) {
   auto estimate = [](int chat_type, bool is_private = false, char const* tail = nullptr) {

@@ -31,6 +31,7 @@ namespace {
 using List = chat::ChatHistoryListBaseViewModel;
 
 constexpr int kUnreadBottomGap = 8;
+constexpr int kUnreadSideGap = 8;
 
 // Runs a callback on the resizes of one widget.
 class ResizeWatcher : public QObject {
@@ -118,6 +119,7 @@ void ChatHistoryListView::OnWidthMaybeChanged() {
 
 void ChatHistoryListView::LayoutUnreadWidget() {
   if (!unread_widget_ || !container_) return;
+  unread_widget_->SetMaxWidth(container_->width() - 2 * kUnreadSideGap);
   unread_widget_->move((container_->width() - unread_widget_->width()) / 2,
                        container_->height() - unread_widget_->height() - kUnreadBottomGap);
   unread_widget_->raise();
