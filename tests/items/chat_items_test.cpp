@@ -93,6 +93,18 @@ TEST_F(ChatItemsTest, TextRowSizeHintGrowsWithItsLinesAndItsTail) {
   auto long_row = MakeRow(TextInfo("m2", "word " + std::string(60, 'x') + " and more words " + std::string(400, 'w')));
   EXPECT_GT(long_row->sizeHint().height(), short_row->sizeHint().height() + 40);
 
+  // Laying bubbles out again, as every scroll and resize does, writes nothing at info level or above.
+  logs.Clear();
+  for (int width : {300, 420, 360}) {
+    for (auto* row : {short_row.get(), long_row.get()}) {
+      row->setFixedWidth(width);
+      row->sizeHint();
+    }
+  }
+  for (auto const& record : logs.records()) {
+    EXPECT_GT(record.level, base::log::kLogInfo) << record.file << ": " << record.text;
+  }
+
   // Narrower rows wrap into more lines: the bubble follows the width the list gives.
   const std::string sentence = "a sentence long enough to wrap at a narrow width but not at a wide one";
   auto narrow = MakeRow(TextInfo("m3", sentence), 200);

@@ -40,7 +40,8 @@ class RichTextBlock {
   int16_t type = kEmpty;
   int16_t alignment = kAlignByMargins;
   QMargins margins;
-  QSize size;
+  // Zero, not Qt's invalid size: a text block takes its size from layout.
+  QSize size{0, 0};
   std::shared_ptr<RichTextPropertyText> text;
   std::shared_ptr<RichTextPropertyPixmap> pixmap;
 

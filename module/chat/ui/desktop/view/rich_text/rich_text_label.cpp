@@ -32,11 +32,12 @@ void RichTextLabel::SetRichText(std::vector<RichTextBlock> const& blocks, int ma
 }
 
 void RichTextLabel::UpdateRichText(int max_render_width, int max_lines, bool force) {
-  TXLOG(base::log::kLogInfo) << "update rich text info, source_count:" << source_blocks_.size()
-                             << " max render width : " << max_render_width << ", max lines : " << max_lines
-                             << ", force:" << force;
+  // Per layout: debug level, or the log fills with one line a bubble.
+  TXLOG(base::log::kLogVerbose) << "update rich text info, source_count:" << source_blocks_.size()
+                                << " max render width : " << max_render_width << ", max lines : " << max_lines
+                                << ", force:" << force;
   if (!force && max_render_width == max_render_width_ && max_lines == max_lines_) {
-    TXLOG(base::log::kLogInfo) << "skip update for same render rule";
+    TXLOG(base::log::kLogVerbose) << "skip update for same render rule";
     return;
   }
   if (max_render_width < 0) {

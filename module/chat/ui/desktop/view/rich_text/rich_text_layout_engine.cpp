@@ -193,7 +193,7 @@ void RichTextLayoutEngine::CalculateForTextType(RichTextLine& line, RichTextBloc
     RichTextMeasure::SplitParagraph(QPoint(x, 0), max_render_width_, block.size.height(), font, metrics,
                                     paragraphs[i], piece_strings, piece_rects, more, allowed);
     if (max_lines_ > 0 && allowed == budget && more) {
-      TXLOG(base::log::kLogInfo) << "text has reach to maxlines and left content";
+      TXLOG(base::log::kLogVerbose) << "text has reach to maxlines and left content";
       result_.reach_max_lines = true;
     }
     x = 0;

@@ -8,8 +8,9 @@
 #include "chat/ui/desktop/view/rich_text/rich_text_plain_text_writer.h"
 
 void RichTextSelection::SetContentSelectable(bool selectable, bool use_native, QString const& bg_color) {
-  TXLOG(base::log::kLogInfo) << "set content selectable:" << selectable << ", use native:" << use_native
-                             << ", bg color:" << bg_color.toStdString();
+  // Every bind of a row: debug level.
+  TXLOG(base::log::kLogVerbose) << "set content selectable:" << selectable << ", use native:" << use_native
+                                << ", bg color:" << bg_color.toStdString();
   if (selectable && bg_color.isEmpty()) {
     TXLOG(base::log::kLogError) << "invalid selection bg color";
     return;
