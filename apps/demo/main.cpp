@@ -85,6 +85,8 @@ int main(int argc, char** argv) {
   meeting.meeting().Join();
 
   MeetingWindow window(meeting);
+  // Leaving ends the client's run: the module unloads below and takes its pages with it.
+  QObject::connect(&window, &MeetingWindow::Left, &app, &QApplication::quit);
   ModuleHost host;
   const QString library = QDir(QCoreApplication::applicationDirPath()).filePath("libchat_module.so");
   const bool loaded = host.Load(library);

@@ -256,3 +256,8 @@ int MeetingWindow::ShowChatPanel() {
 }
 
 void MeetingWindow::DisposeChatPanel() { chat_panel_->Clear(); }
+
+void MeetingWindow::closeEvent(QCloseEvent* event) {
+  QWidget::closeEvent(event);
+  emit Left();
+}

@@ -46,6 +46,14 @@ class MeetingWindow : public QWidget {
   void DisposeChatPanel();
   ExtensionHostWidget* chat_panel() const { return chat_panel_; }
 
+ signals:
+  // Leave was pressed or the window closed: the meeting is over for this
+  // client, and so is everything its modules opened.
+  void Left();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   QWidget* BuildToolbar();
   QWidget* BuildSidePanel();

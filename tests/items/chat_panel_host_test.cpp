@@ -7,6 +7,7 @@
 
 #include "chat/runtime/chat_module_registration.h"
 #include "chat/runtime/chat_module_runtime.h"
+#include "chat/ui/desktop/controller/page_controller.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_view.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
 #include "framework/chat/chat_utils.h"
@@ -97,6 +98,29 @@ TEST_F(PanelHostTest, TheChatPointShowsTheHistoryAndSendsWhatIsTyped) {
   host_->Clear();
   EXPECT_TRUE(host_->views().empty());
   EXPECT_EQ(meeting_.list_records().live_lists(), 0u);
+}
+
+// The toolbar's Chat button opens the chat page: the panel in a window of its
+// own, which goes with the module.
+TEST_F(PanelHostTest, TheChatPageShowsThePanelAndClosesWithTheModule) {
+  ASSERT_TRUE(framework::Navigator::Of(nullptr, framework::PageStack::kMain).Push("talvex://page/inmeeting/chat"));
+  auto controller = std::dynamic_pointer_cast<chat::PageController>(
+      framework::ControllerManager::Instance()->GetController("talvex://page/inmeeting/chat"));
+  ASSERT_TRUE(controller && controller->view());
+  QPointer<QWidget> window = controller->view()->frame();
+  ASSERT_TRUE(window && window->isVisible());
+  auto* page = dynamic_cast<chat::ChatPageView*>(controller->view().get());
+  ASSERT_NE(page, nullptr);
+  EXPECT_EQ(page->panel()->built_extensions(),
+            (std::vector<std::string>{"extension:chat.panel_history_list", "extension:chat.pane_input"}));
+  EXPECT_NE(window->findChild<QWidget*>("ChatHistoryList"), nullptr);
+  auto* edit = window->findChild<RichEdit*>("chat_input_edit");
+  ASSERT_NE(edit, nullptr);
+  EXPECT_TRUE(edit->isVisible());
+  controller.reset();
+
+  reg::UnloadUI();
+  EXPECT_TRUE(window.isNull()) << "the window goes with the module";
 }
 
 TEST_F(PanelHostTest, ScriptedParticipantsPlayEveryKindOfMessage) {

@@ -1,10 +1,16 @@
 #include "chat/ui/desktop/controller/page_controller.h"
 
+#include <QVBoxLayout>
+
 #include "base/log/log.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/view_model.h"
 
 namespace chat {
+
+namespace {
+constexpr char kChatPanelPoint[] = "contributes:app.chat_full";
+}  // namespace
 
 PageController::PageController(std::string scheme, ViewMaker maker, bool fresh_on_show)
     : scheme_(std::move(scheme)), maker_(std::move(maker)), fresh_on_show_(fresh_on_show) {}
@@ -63,16 +69,34 @@ void PageWindowView::OnActivate() {
   if (QWidget* frame = this->frame()) frame->raise();
 }
 
+QWidget* ChatPageView::BuildFrame(QWidget* parent, Variant* params) {
+  QWidget* window = PageWindowView::BuildFrame(parent, params);
+  auto* layout = new QVBoxLayout(window);
+  layout->setContentsMargins(0, 0, 0, 0);
+  panel_ = new ExtensionHostWidget(kChatPanelPoint, window);
+  layout->addWidget(panel_);
+  if (panel_->Populate() == 0) TXLOG_ERROR << "chat page: nothing is contributed to " << kChatPanelPoint;
+  return window;
+}
+
+void ChatPageView::OnDispose() {
+  if (panel_) panel_->Clear();
+}
+
 }  // namespace chat
 
 namespace {
 chat::PageController::ViewMaker Window(char const* name, uint32_t title_id, int width, int height) {
   return [=] { return std::make_shared<chat::PageWindowView>(name, title_id, width, height); };
 }
+chat::PageController::ViewMaker ChatPage(char const* name, uint32_t title_id, int width, int height) {
+  return [=] { return std::make_shared<chat::ChatPageView>(name, title_id, width, height); };
+}
 }  // namespace
 
 ChatController::ChatController()
-    : PageController("talvex://page/inmeeting/chat", Window("ChatWindow", framework::NameId("chat.page.chat.title"), 420, 640)) {}
+    : PageController("talvex://page/inmeeting/chat",
+                     ChatPage("ChatWindow", framework::NameId("chat.page.chat.title"), 420, 640)) {}
 
 // Every show of the record gives a fresh window.
 ChatRecordQTController::ChatRecordQTController()

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QPointer>
 #include <functional>
 #include <memory>
 #include <string>
 
 #include "framework/navigation/routing.h"
 #include "framework/view/app_view.h"
+#include "uikit/extension/extension_host_widget.h"
 
 namespace chat {
 
@@ -46,6 +48,22 @@ class PageWindowView : public AppQTView {
   uint32_t title_id_;
   int width_;
   int height_;
+};
+
+// The chat page: a window of its own holding the whole chat panel, the list
+// and the input, built from what the module contributes to the client's chat
+// point. Disposing the page disposes the panel's views and view models.
+class ChatPageView : public PageWindowView {
+ public:
+  using PageWindowView::PageWindowView;
+  ExtensionHostWidget* panel() const { return panel_.data(); }
+
+ protected:
+  QWidget* BuildFrame(QWidget* parent, Variant* params) override;
+  void OnDispose() override;
+
+ private:
+  QPointer<ExtensionHostWidget> panel_;
 };
 
 }  // namespace chat
