@@ -1,5 +1,6 @@
 // The chat items on their own: height estimates and size hints, the sender
 // line, the sending spinner, links, selection, notices, files and avatars.
+#include <QApplication>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLayout>
@@ -94,10 +95,14 @@ TEST_F(ChatItemsTest, TextRowSizeHintGrowsWithItsLinesAndItsTail) {
   EXPECT_GT(long_row->sizeHint().height(), short_row->sizeHint().height() + 40);
 
   // Laying bubbles out again, as every scroll and resize does, writes nothing at info level or above.
+  short_row->show();
+  long_row->show();
+  QApplication::processEvents();
   logs.Clear();
   for (int width : {300, 420, 360}) {
     for (auto* row : {short_row.get(), long_row.get()}) {
       row->setFixedWidth(width);
+      QApplication::processEvents();
       row->sizeHint();
     }
   }
