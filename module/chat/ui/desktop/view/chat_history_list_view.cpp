@@ -23,6 +23,7 @@
 #include "framework/module/providers.h"
 #include "framework/viewmodel/chat_message_base_view_model.h"
 #include "framework/viewmodel/stateful_view_model.h"
+#include "uikit/reuse/qf_diff_result.h"
 
 namespace QtView {
 
@@ -149,7 +150,15 @@ void ChatHistoryListView::OnViewModelBoundEx(framework::StatefulViewModel* view_
       ScrollToMessage(value->GetString(ChatHistoryListScrollToMessageFields_kStringScrollToMessageMsgId));
     }
   });
-  view_model->BindProp(List::kPropSnapToBottom, [this](Variant const*, Variant const*) { ScrollToBottom(); });
+  view_model->BindProp(List::kPropSnapToBottom, [this](Variant const*, Variant const*) {
+    // The view model asks once per message of a burst, before the burst is
+    // in the list: while updates wait, the flush goes to the bottom once.
+    if (HasPendingUpdates()) {
+      snap_after_flush_ = true;
+      return;
+    }
+    ScrollToBottom();
+  });
   view_model->BindProp(List::kPropUnreadTip, [this](Variant const* value, Variant const*) {
     if (value) ShowUnreadTip(*value);
   });
@@ -378,11 +387,16 @@ void ChatHistoryListView::FlushUpdates() {
   Variant::Array const updates = pending_updates_.AsArray();
   pending_updates_ = Variant(base::variant::kVariantTypeArray);
   bool need_reload = !updates.empty();
+  // Rows only added at the end: the rows on screen keep their widgets and
+  // heights, and only the new ones are measured and, if in view, built.
+  const int count_before = static_cast<int>(items_.size());
+  bool appended_only = count_before > 0;
   std::vector<std::string> refresh_ids;
   for (auto const& update : updates) {
     Variant const& list = update.Get(ChatHistoryListMsgListFields_kMsgListMsgList);
     const int type = update.GetInt32(ChatHistoryListMsgListFields_kIntegerMsgListUpdateType, 0);
     Variant::Array const& entries = list.AsArray();
+    if (type != List::kUpdateAppend && type != List::kUpdateChanged) appended_only = false;
     switch (type) {
       case List::kUpdateReset:
         items_.clear();
@@ -394,6 +408,7 @@ void ChatHistoryListView::FlushUpdates() {
           auto it = index_of_.find(MsgIdOf(entry));
           if (it != index_of_.end()) {
             items_[it->second] = entry;
+            appended_only = false;
             continue;
           }
           index_of_[MsgIdOf(entry)] = static_cast<int>(items_.size());
@@ -422,6 +437,7 @@ void ChatHistoryListView::FlushUpdates() {
           }
           if (it != index_of_.end()) {
             items_[it->second] = entry;
+            appended_only = false;
           } else {
             index_of_[id] = static_cast<int>(items_.size());
             items_.push_back(entry);
@@ -456,7 +472,9 @@ void ChatHistoryListView::FlushUpdates() {
   // The batch is consumed: the prop no longer holds an update to apply.
   if (auto vm = view_model()) vm->SetPropValue(List::kPropMessageList, nullptr);
 
-  if (need_reload) {
+  if (need_reload && appended_only) {
+    AppendRows(count_before, at_bottom);
+  } else if (need_reload) {
     // Older messages above, or rows removed above, must not move the text
     // being read: the first fully visible row keeps its place.
     if ((prepended || !at_bottom) && !anchor_id.empty() && index_of_.count(anchor_id)) {
@@ -482,11 +500,27 @@ void ChatHistoryListView::FlushUpdates() {
     scroll_to_bottom_once_ = false;
     list_->ScrollToBottom();
   }
+  if (snap_after_flush_) {
+    snap_after_flush_ = false;
+    ScrollToBottom();
+  }
   OnItemsChanged();
+}
+
+void ChatHistoryListView::AppendRows(int first, bool at_bottom) {
+  QFDiffResult diff;
+  for (int index = first; index < static_cast<int>(items_.size()); ++index) diff.AddInsert(index);
+  if (diff.IsEmpty()) return;
+  ++layout_count_;
+  list_->DiffUpdate(diff);
+  // As a reload at the bottom would: follow the new rows unless the reader
+  // was elsewhere or is selecting.
+  if (at_bottom && !list_->HasSelection()) list_->ScrollToBottom();
 }
 
 void ChatHistoryListView::Reload(int target_index, int offset) {
   ++reload_count_;
+  ++layout_count_;
   laid_out_width_ = list_->viewport()->width();
   list_->Reload(target_index, offset);
 }

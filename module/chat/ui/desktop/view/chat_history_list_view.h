@@ -57,6 +57,8 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   bool HasPendingUpdates() const { return !pending_updates_.AsArray().empty(); }
   // Full reloads of the list so far.
   int reload_count() const { return reload_count_; }
+  // Batches laid out so far, by a full reload or by adding rows at the end.
+  int layout_count() const { return layout_count_; }
 
  protected:
   QWidget* BuildFrame(QWidget* parent, Variant* params) override;
@@ -82,6 +84,8 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   void BindRow(ChatMessageView* view, std::string const& msg_id);
   void RestoreSelection(ChatReuseListWidget* list, int index, ChatMessageWidget* row);
   void Reload(int target_index, int offset);
+  // Lays out rows added at the end from `first` on, without touching the others.
+  void AppendRows(int first, bool at_bottom);
 
   QPointer<QWidget> container_;
   QPointer<ChatMessageListWidget> list_;
@@ -98,9 +102,11 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   std::unordered_map<std::string, int> heights_;
   std::unordered_map<QFReuseWidget*, std::shared_ptr<ChatMessageView>> row_views_;
   int reload_count_ = 0;
+  int layout_count_ = 0;
   int heights_width_ = -1;
   int laid_out_width_ = -1;
   bool relayout_pending_ = false;
+  bool snap_after_flush_ = false;
 };
 
 }  // namespace QtView
