@@ -41,7 +41,7 @@ QWidget* ChattingPanelShowView::BuildFrame(QWidget* parent, Variant* params) {
 }
 
 void ChattingPanelShowView::OnItemsChanged() {
-  if (empty_label_) empty_label_->setVisible(MessageIds().empty());
+  if (empty_label_) empty_label_->setVisible(message_count() == 0);
 }
 
 }  // namespace QtView

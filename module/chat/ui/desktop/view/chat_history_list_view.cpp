@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cstdlib>
 
 #include "base/log/log.h"
 #include "chat/ui/desktop/view/chat/chat_item.h"
@@ -52,15 +53,17 @@ std::string ReuseIdOf(Variant const& item) {
   return item.GetString(ChatHistoryListMsgItemFields_kStringMsgItemReuseId);
 }
 
-// What the height estimate reads, from the list item and the client's record.
-Variant EstimateMessageOf(Variant const& item) {
-  Variant message(base::variant::kVariantTypeMap);
-  message.Set("chat_type", ChatMessageView::ItemTypeOfReuseId(QString::fromStdString(ReuseIdOf(item))));
-  if (auto record = talvex::ChatUtils::GetMsgInfoPtrById(MsgIdOf(item))) {
-    if (record->GetInt32("conv_type", 2) == 1) message.Set(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel, "");
-    if (record->GetInt32("message_status", 2) == 3) message.Set(ChatMsgBaseInfoFields_kStringBaseInfoTipsText, "!");
-  }
-  return message;
+// The height reserved for a row not yet measured, from the list item and the
+// client's record: asked for every row a batch adds, so nothing is built.
+int EstimateHeightOf(Variant const& item) {
+  // "reuse_id<type>_<template>", cards prefixed with their message id.
+  const std::string reuse_id = ReuseIdOf(item);
+  const size_t at = reuse_id.rfind("reuse_id");
+  const int chat_type = at == std::string::npos ? -2 : std::atoi(reuse_id.c_str() + at + 8);
+  auto record = talvex::ChatUtils::GetMsgInfoPtrById(MsgIdOf(item));
+  const bool is_private = record && record->GetInt32("conv_type", 2) == 1;
+  const bool failed = record && record->GetInt32("message_status", 2) == 3;
+  return ChatItem::EstimateHeight(chat_type, is_private, failed);
 }
 
 QString Escaped(std::string const& text) { return QString::fromStdString(text).toHtmlEscaped(); }
@@ -213,7 +216,7 @@ int ChatHistoryListView::ItemHeightAtIndex(ChatReuseListWidget* list, int index)
   }
   auto it = heights_.find(MsgIdOf(items_[index]));
   if (it != heights_.end()) return it->second;
-  return ChatItem::GetChatItemHeight(EstimateMessageOf(items_[index]), list ? list->viewport()->width() : 0);
+  return EstimateHeightOf(items_[index]);
 }
 
 QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list, int index) {
@@ -404,14 +407,14 @@ void ChatHistoryListView::FlushUpdates() {
         index_of_.clear();
         [[fallthrough]];
       default:
+        items_.reserve(items_.size() + entries.size());
         for (auto const& entry : entries) {
-          auto it = index_of_.find(MsgIdOf(entry));
-          if (it != index_of_.end()) {
-            items_[it->second] = entry;
+          auto placed = index_of_.try_emplace(MsgIdOf(entry), static_cast<int>(items_.size()));
+          if (!placed.second) {
+            items_[placed.first->second] = entry;
             appended_only = false;
             continue;
           }
-          index_of_[MsgIdOf(entry)] = static_cast<int>(items_.size());
           items_.push_back(entry);
         }
         break;

@@ -54,6 +54,7 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   // The row widget showing a message, when it is on screen.
   ChatMessageWidget* RowWidgetOf(std::string const& msg_id) const;
   std::vector<std::string> MessageIds() const;
+  size_t message_count() const { return items_.size(); }
   bool HasPendingUpdates() const { return !pending_updates_.AsArray().empty(); }
   // Full reloads of the list so far.
   int reload_count() const { return reload_count_; }

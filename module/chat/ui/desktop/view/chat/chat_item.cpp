@@ -65,10 +65,14 @@ int ChatItem::GetChatMsgType(Variant const& message) {
 
 int ChatItem::GetChatItemHeight(Variant const& message, int content_width) {
   Q_UNUSED(content_width);
-  const int type = GetChatMsgType(message);
+  return EstimateHeight(message.GetInt32("chat_type", 0), message.Has(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel),
+                        HasText(message, ChatMsgBaseInfoFields_kStringBaseInfoTipsText));
+}
+
+int ChatItem::EstimateHeight(int chat_type, bool is_private, bool has_tail) {
+  const int type = chat_type == -1 ? kMsgTip : (is_private ? kMsgPrivate : kMsgNormal);
   const int sender = type != kMsgTip ? kSenderCost : 0;
-  const int tail = HasText(message, ChatMsgBaseInfoFields_kStringBaseInfoTipsText) ? kTailCost : 0;
-  const int chat_type = message.GetInt32("chat_type", 0);
+  const int tail = has_tail ? kTailCost : 0;
   int content = 0;
   if (chat_type == 7) {
     content = 125;

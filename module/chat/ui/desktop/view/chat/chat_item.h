@@ -41,6 +41,8 @@ class ChatItem : public QWidget {
   static int GetChatMsgType(Variant const& message);
   // The height reserved for a row before any widget exists.
   static int GetChatItemHeight(Variant const& message, int content_width);
+  // The same from what it depends on: the kind, a private label, a tail line.
+  static int EstimateHeight(int chat_type, bool is_private, bool has_tail);
 
   // Shows `message` (a row's published info). The first call builds the
   // frame; later calls, on a recycled item, rebind the content.
