@@ -38,6 +38,9 @@ ChatItem* ChatMessageWidget::CreateItem(int chat_type, QWidget* parent) {
 
 void ChatMessageWidget::SetMessageInfo(Variant const& message) {
   const int chat_type = message.GetInt32("chat_type", 0);
+  // A row bound again to what it shows (a reload hands every row on screen
+  // back its own widget) has nothing to lay out again.
+  if (item_ && item_chat_type_ == chat_type && item_->message() == message) return;
   if (item_ && item_chat_type_ != chat_type) {
     // A row's kind is fixed by its reuse id; a different kind gets a new item.
     item_->deleteLater();
