@@ -219,6 +219,10 @@ void ChatItem::CreateFrame() {
 
 void ChatItem::ArrangeForSender() {
   if (msg_type_ == kMsgTip || !message_layout_) return;
+  // A recycled row mostly shows the same side again: nothing to move.
+  const int side = is_from_self_ ? 1 : 0;
+  if (side == arranged_side_) return;
+  arranged_side_ = side;
   if (is_from_self_) {
     root_layout_->setContentsMargins(kFarMargin, kTopMargin, kSideMargin, 0);
   } else {

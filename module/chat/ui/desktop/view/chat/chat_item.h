@@ -119,6 +119,8 @@ class ChatItem : public QWidget {
   void DropMask();
 
   int msg_type_ = kMsgNormal;
+  // The side the bubble was last arranged for: 1 one's own, 0 others', -1 none yet.
+  int arranged_side_ = -1;
   bool frame_created_ = false;
   QVBoxLayout* root_layout_ = nullptr;
   QHBoxLayout* row_layout_ = nullptr;
