@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "chat/ui/desktop/view/chat/text_browser.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
 
 namespace {
@@ -183,24 +184,16 @@ void BM_RichTextLabelRelayout(benchmark::State& state) {
 BENCHMARK(BM_RichTextLabelRelayout)->Unit(benchmark::kMillisecond);
 
 // The worst a sender can do: a megabyte of text in one message.
-void BM_RichTextLabelOneMegabyte(benchmark::State& state) {
+QString PlainMegabyte() {
   QString text;
   while (text.size() < 1024 * 1024) text += QStringLiteral("a long pasted log line with words and numbers 12345\n");
-  RichTextBlock block = RichTextBlock::Text(text, 14);
-  block.text->max_lines = -1;
-  RichTextLabel label;
-  label.setFont(MessageFont());
-  for (auto _ : state) {
-    label.SetRichText({block}, kWidth, -1);
-    benchmark::DoNotOptimize(label.height());
-  }
+  return text;
 }
-BENCHMARK(BM_RichTextLabelOneMegabyte)->Unit(benchmark::kMillisecond)->Iterations(3);
 
-// The same with text that must be shaped word by word, and words that
-// rarely repeat: Arabic and Hebrew letters drawn at random, accented Latin,
-// emoji with skin tones.
-void BM_RichTextLabelOneMegabyteShaped(benchmark::State& state) {
+// Text that must be shaped word by word, and words that rarely repeat:
+// Arabic and Hebrew letters drawn at random, accented Latin, emoji with skin
+// tones.
+QString ShapedMegabyte() {
   std::mt19937 random(11);
   QString text;
   while (text.size() < 1024 * 1024) {
@@ -216,7 +209,18 @@ void BM_RichTextLabelOneMegabyteShaped(benchmark::State& state) {
     }
     text += random() % 12 == 0 ? QLatin1Char('\n') : QLatin1Char(' ');
   }
-  RichTextBlock block = RichTextBlock::Text(text, 14);
+  return text;
+}
+
+QString const& MegabyteText(int shaped) {
+  static const QString plain = PlainMegabyte();
+  static const QString complex = ShapedMegabyte();
+  return shaped ? complex : plain;
+}
+
+// The label laying a whole megabyte out, as it would if a bubble showed it.
+void BM_RichTextLabelOneMegabyte(benchmark::State& state) {
+  RichTextBlock block = RichTextBlock::Text(MegabyteText(static_cast<int>(state.range(0))), 14);
   block.text->max_lines = -1;
   RichTextLabel label;
   label.setFont(MessageFont());
@@ -225,7 +229,41 @@ void BM_RichTextLabelOneMegabyteShaped(benchmark::State& state) {
     benchmark::DoNotOptimize(label.height());
   }
 }
-BENCHMARK(BM_RichTextLabelOneMegabyteShaped)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_RichTextLabelOneMegabyte)->ArgName("shaped")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The same megabyte as a chat bubble gets it: shortened to what it shows.
+// Arrival (content set and laid out), a resize of the panel, a repaint.
+void BM_TextBrowserOneMegabyte(benchmark::State& state) {
+  QVariantMap entry;
+  entry["text"] = MegabyteText(static_cast<int>(state.range(0)));
+  TextBrowser browser;
+  browser.setFont(MessageFont());
+  browser.SetMaxTextWidth(kWidth);
+  QImage canvas(kWidth + 20, 1200, QImage::Format_ARGB32_Premultiplied);
+  int width = kWidth;
+  for (auto _ : state) {
+    browser.SetContent({entry}, false);
+    width = width == kWidth ? kWidth - 40 : kWidth;
+    browser.SetMaxTextWidth(width);
+    browser.label()->render(&canvas);
+  }
+  state.counters["shown"] = browser.shown_length();
+}
+BENCHMARK(BM_TextBrowserOneMegabyte)->ArgName("shaped")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// What a developer would otherwise reach for: a QTextDocument holding the
+// whole message at the bubble's width.
+void BM_QTextDocumentOneMegabyte(benchmark::State& state) {
+  const QString& text = MegabyteText(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    QTextDocument document;
+    document.setDefaultFont(MessageFont());
+    document.setPlainText(text);
+    document.setTextWidth(kWidth);
+    benchmark::DoNotOptimize(document.size());
+  }
+}
+BENCHMARK(BM_QTextDocumentOneMegabyte)->ArgName("shaped")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // Repainting a laid-out message: walks the stored lines, measures nothing.
 void BM_RichTextLabelPaint(benchmark::State& state) {

@@ -1,6 +1,8 @@
 // The chat items on their own: height estimates and size hints, the sender
 // line, the sending spinner, links, selection, notices, files and avatars.
 #include <QApplication>
+#include <QClipboard>
+#include <QPlainTextEdit>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLayout>
@@ -14,6 +16,7 @@
 #include "chat/ui/desktop/view/chat/chat_text_item.h"
 #include "chat/ui/desktop/view/chat/chat_tips_item.h"
 #include "chat/ui/desktop/view/chat/chat_unread_msg_widget.h"
+#include "chat/ui/desktop/view/chat/long_text_reader.h"
 #include "chat/ui/desktop/view/chat/text_browser.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
 #include "items_fixture.h"
@@ -232,6 +235,125 @@ TEST_F(ChatItemsTest, HoverOffersTheMoreButtonAndPressesReportMenus) {
   EXPECT_EQ(avatar[0].GetString("msg_id"), "m1");
   QTest::mousePress(item, Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
   EXPECT_EQ(avatar.size(), 1u) << "a press elsewhere is no avatar press";
+}
+
+
+// What the label shows, without the "..." and "Show all" drawn after a cut.
+QString ShownText(RichTextLabel* label) {
+  QString shown;
+  for (auto const& block : label->source_blocks()) {
+    if (block.text && !block.text->decoration) shown += block.text->content;
+  }
+  return shown;
+}
+
+TEST_F(ChatItemsTest, ALongMessageIsShownShortenedAndCopiedWhole) {
+  // A megabyte of paragraphs after a link: far past what a bubble shows.
+  std::string body;
+  while (body.size() < 1024 * 1024) body += "a pasted log line with words and numbers 12345 ";
+  Variant info = BaseInfo("m1", 0, "Avery Quinn");
+  Variant pieces(base::variant::kVariantTypeArray);
+  pieces.Add(TextPiece(2, "www.example.org"));
+  pieces.Add(TextPiece(0, " " + body));
+  info.Set(ChatTextMessageInfoFields_kPtrInfoArrayItem, pieces);
+  auto row = MakeRow(info);
+  row->show();
+  TextBrowser* browser = static_cast<ChatTextItem*>(row->item())->browser();
+  const QString whole = QString::fromStdString("www.example.org " + body);
+  ASSERT_TRUE(browser->IsShortened());
+  EXPECT_EQ(browser->plain_text(), whole);
+  EXPECT_EQ(ShownText(browser->label()), whole.left(TextBrowser::kShownCharLimit));
+  EXPECT_LT(row->sizeHint().height(), 1000) << "the row is as tall as what is shown";
+  EXPECT_TRUE(browser->label()->HasClickableText());
+
+  // Copy with nothing selected, and after the list selects every row: the whole message.
+  QApplication::clipboard()->clear();
+  row->item()->CopyContent();
+  EXPECT_EQ(QApplication::clipboard()->text(), whole);
+  Variant all(base::variant::kVariantTypeMap);
+  all.Set("select_all", true);
+  row->item()->SetSelected(true, all);
+  EXPECT_EQ(browser->GetPlainText(), whole);
+
+  // A drag over the first line only copies that line.
+  RichTextLabel* label = browser->label();
+  auto drag = [&](QPoint from, QPoint to) {
+    Variant record(base::variant::kVariantTypeMap);
+    record.Set("is_first", true);
+    record.Set("p_x", from.x());
+    record.Set("p_y", from.y());
+    record.Set("m_x", to.x());
+    record.Set("m_y", to.y());
+    row->item()->SetSelected(false, Variant());
+    row->item()->SetSelected(true, record);
+  };
+  const QPoint top_left = label->mapToGlobal(QPoint(1, 2));
+  drag(top_left, label->mapToGlobal(QPoint(label->width() / 2, 2)));
+  const QString first_part = browser->GetPlainText();
+  EXPECT_FALSE(first_part.isEmpty());
+  EXPECT_TRUE(whole.startsWith(first_part));
+  EXPECT_LT(first_part.size(), 100);
+  // A drag down past the cut takes the rest of the message with it, and never the "Show all".
+  drag(top_left, label->mapToGlobal(QPoint(label->width() + 20, label->height() + 20)));
+  EXPECT_EQ(browser->GetPlainText(), whole);
+}
+
+TEST_F(ChatItemsTest, ShorteningCountsLinesAndNeverSplitsACharacter) {
+  auto browser_for = [](QString const& text) {
+    auto browser = std::make_unique<TextBrowser>();
+    QVariantMap entry;
+    entry["text"] = text;
+    browser->SetContent({entry}, false);
+    return browser;
+  };
+  const QString at_limit(TextBrowser::kShownCharLimit, QLatin1Char('x'));
+  EXPECT_FALSE(browser_for(at_limit)->IsShortened());
+  EXPECT_TRUE(browser_for(at_limit + "y")->IsShortened());
+
+  QString lines;
+  for (int i = 0; i < 100; ++i) lines += QString("line %1\n").arg(i);
+  auto by_lines = browser_for(lines);
+  ASSERT_TRUE(by_lines->IsShortened());
+  EXPECT_EQ(ShownText(by_lines->label()).count(QLatin1Char('\n')), TextBrowser::kShownParagraphLimit - 1);
+
+  // A thumbs-up (two UTF-16 units) across the cut is left out whole.
+  const QString thumbs = QStringLiteral("\U0001F44D");
+  auto pair = browser_for(QString(TextBrowser::kShownCharLimit - 1, QLatin1Char('x')) + thumbs + "more");
+  EXPECT_EQ(pair->shown_length(), TextBrowser::kShownCharLimit - 1);
+  // A combining accent stays with its letter.
+  auto accent = browser_for(QString(TextBrowser::kShownCharLimit - 1, QLatin1Char('x')) + "e\u0301 more");
+  EXPECT_EQ(accent->shown_length(), TextBrowser::kShownCharLimit - 1);
+}
+
+TEST_F(ChatItemsTest, ShowAllOpensTheWholeMessageInAReader) {
+  QString text;
+  for (int i = 0; i < 60; ++i) text += QString("paragraph %1 of a long message\n").arg(i);
+  text += QString(3 * LongTextReader::kPieceLength, QLatin1Char('z'));  // one paragraph too long for a piece
+  TextBrowser browser;
+  QVariantMap entry;
+  entry["text"] = text;
+  browser.SetContent({entry}, false);
+  browser.show();
+  ASSERT_TRUE(browser.IsShortened());
+
+  // The "Show all" link ends the last line; click it.
+  RichTextLabel* label = browser.label();
+  auto const& last = label->lines().back();
+  const QPoint on_link(last.rect.right() - 20, last.rect.center().y());
+  QTest::mousePress(label, Qt::LeftButton, Qt::NoModifier, on_link);
+  QTest::mouseRelease(label, Qt::LeftButton, Qt::NoModifier, on_link);
+  auto* reader = browser.window()->findChild<LongTextReader*>();
+  ASSERT_NE(reader, nullptr);
+  EXPECT_TRUE(reader->isVisible());
+  for (int turns = 0; !reader->IsFilled() && turns < 100; ++turns) QApplication::processEvents();
+  ASSERT_TRUE(reader->IsFilled());
+  const QString shown = reader->view()->toPlainText();
+  EXPECT_TRUE(shown.startsWith(text.left(text.indexOf('z'))));
+  EXPECT_EQ(QString(shown).remove('\n'), QString(text).remove('\n')) << "every character, in order";
+  QApplication::clipboard()->clear();
+  reader->findChild<QPushButton*>("LongTextReader#copy")->click();
+  EXPECT_EQ(QApplication::clipboard()->text(), text);
+  reader->close();
 }
 
 class UrlCatcher : public QObject {

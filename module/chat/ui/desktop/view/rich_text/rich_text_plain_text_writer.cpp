@@ -21,7 +21,7 @@ QString RichTextPlainTextWriter::Write(std::vector<RichTextLine> const& lines, R
         if (first && from.index >= 1) continue;
         const QString alt = block.pixmap ? block.pixmap->alt_text : QString();
         out += alt.isEmpty() ? QStringLiteral("[img]") : alt;
-      } else if (block.type == RichTextBlock::kText && block.text) {
+      } else if (block.type == RichTextBlock::kText && block.text && !block.text->decoration) {
         QString const& content = block.text->content;
         const int begin = first ? from.index : 0;
         const int end = last ? to.index : content.size();

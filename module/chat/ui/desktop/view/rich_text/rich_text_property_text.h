@@ -16,6 +16,9 @@ struct RichTextPropertyText {
   QString content;
   // A colour name or a hexadecimal colour.
   QString color = QStringLiteral("black");
+  // Drawn for the reader's eye only (a "..." or a "Show all"): never part of
+  // copied text.
+  bool decoration = false;
   // Set while laying out: the piece closes a paragraph of its source.
   bool ends_paragraph = false;
   // The block of the label's source list that this run (or piece) came from.

@@ -42,6 +42,12 @@ QString RichTextSelection::CopyContentSelection() {
   return RichTextPlainTextWriter::Write(owner_->lines(), start_, end_);
 }
 
+QString RichTextSelection::TextAfterSelection() const {
+  if (!owner_ || !HasContentSelection()) return QString();
+  RichTextSelectPos const& last = end_ < start_ ? start_ : end_;
+  return RichTextPlainTextWriter::Write(owner_->lines(), last, HitTester().LastPlace());
+}
+
 void RichTextSelection::OnMousePressed(QPoint const& pos, bool native) {
   if (!selectable_ || (native && !use_native_)) return;
   Reset();

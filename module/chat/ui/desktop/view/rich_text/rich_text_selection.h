@@ -30,6 +30,8 @@ class RichTextSelection {
   // Clears whatever state there is, selection or not (new layout).
   void Reset();
   QString CopyContentSelection();
+  // The copyable text between the selection's end and the end of the label.
+  QString TextAfterSelection() const;
 
   void OnMousePressed(QPoint const& pos, bool native);
   void OnMouseMove(QPoint const& pos, bool native);
