@@ -28,6 +28,13 @@ class ChatMessageItemViewModel : public talvex::ChatMessageBaseViewModel {
 
   std::string msg_id_;
   int template_type_ = 0;
+
+ private:
+  // What the published info was made from: a row bound again to the same
+  // record (the list laid out again, the panel resized) publishes nothing
+  // new, and a long message is not converted again.
+  Variant bound_record_;
+  std::string bound_conv_id_;
 };
 
 }  // namespace chat
