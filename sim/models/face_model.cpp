@@ -1,5 +1,6 @@
 #include "sim/models/face_model.h"
 
+#include <algorithm>
 #include <QColor>
 #include <QFont>
 #include <QImage>
@@ -142,11 +143,16 @@ Variant FaceModel::SplitText(std::string const& text) const {
     items.Add(std::move(item));
     run.clear();
   };
+  // The next "]" is looked up only when the scan has passed the last one
+  // found, so a text of many "[" and no "]" is read once.
+  size_t close = 0;
+  size_t longest = 0;
+  for (auto const& face : faces_) longest = std::max(longest, face.shortcut.size());
   size_t i = 0;
   while (i < text.size()) {
     if (text[i] == '[' && loaded_) {
-      const size_t close = text.find(']', i + 1);
-      if (close != std::string::npos) {
+      if (close != std::string::npos && close <= i) close = text.find(']', i + 1);
+      if (close != std::string::npos && close - i < longest) {
         if (Face const* face = FindByShortcut(text.substr(i, close - i + 1))) {
           flush();
           Variant item(base::variant::kVariantTypeMap);

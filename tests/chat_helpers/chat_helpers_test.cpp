@@ -87,6 +87,26 @@ TEST_F(FaceSplittingTest, ShortcutsTheFaceModelKnowsBecomeEmojiItems) {
   EXPECT_EQ(Describe(ChatUtils::ParseMessageContext("[Smile] www.b.com")), (Items{"t:[Smile] ", "l:www.b.com"}));
 }
 
+TEST_F(FaceSplittingTest, TextsShapedToMakeTheSplittersGoBackSplitAsShortOnesDo) {
+  // Brackets the link never opened are trimmed however many there are.
+  const std::string closers(30000, ')');
+  EXPECT_EQ(Links("www." + closers), (Items{"t:www." + closers}));
+  EXPECT_EQ(Links("see http://w.org/a_(b)" + closers + "."),
+            (Items{"t:see ", "l:http://w.org/a_(b)", "t:" + closers + "."}));
+  // Many "[" before one shortcut, and many with none closed.
+  const std::string openers(100000, '[');
+  EXPECT_EQ(Describe(ChatUtils::ParseMessageContext(openers + "[Smile]")), (Items{"t:" + openers, "e:[Smile]"}));
+  EXPECT_EQ(Describe(ChatUtils::ParseMessageContext(openers + "x")), (Items{"t:" + openers + "x"}));
+  // Links back to back, each found, with a grapheme cluster at the very end.
+  std::string links;
+  for (int i = 0; i < 2000; ++i) links += "http://a.io/ ";
+  links += "http://a.io/e\u0301";
+  const Variant items = ChatUtils::ParseMessageContext(links);
+  ASSERT_EQ(items.Size(), 4002u);
+  EXPECT_EQ(items[4000].GetString("item_content"), "http://a.io/");
+  EXPECT_EQ(items[4001].GetString("item_content"), "e\u0301");
+}
+
 TEST_F(FaceSplittingTest, SingleEmojiBecomesAFaceMessage) {
   Variant record(Variant::Map{{"chat_type", 0}});
   Variant one = ChatUtils::ParseMessageContext("[Heart]");

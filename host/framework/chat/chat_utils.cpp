@@ -5,6 +5,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 #include "base/log/log.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/resource/resource.h"
@@ -71,27 +73,37 @@ int LinkLengthAt(QString const& text, int pos) {
     if (text[end] == '[' && end != pos + prefix) break;
     ++end;
   }
-  // Sentence punctuation after a link is not part of it.
-  while (end > pos + prefix) {
-    const QChar last = text[end - 1];
-    if (QStringLiteral(".,;:!?'\"").contains(last)) {
-      --end;
-      continue;
-    }
-    const QString link = text.mid(pos, end - pos);
-    if ((last == ')' && link.count('(') < link.count(')')) || (last == ']' && link.count('[') < link.count(']'))) {
-      --end;
-      continue;
-    }
-    break;
+  // Sentence punctuation after a link is not part of it, nor is a closing
+  // bracket the link never opened. The brackets are counted once, so a link
+  // followed by thousands of them is trimmed in one pass.
+  int open_round = 0, close_round = 0, open_square = 0, close_square = 0;
+  for (int i = pos; i < end; ++i) {
+    const ushort u = text[i].unicode();
+    open_round += u == '(';
+    close_round += u == ')';
+    open_square += u == '[';
+    close_square += u == ']';
   }
-  // Never end inside a grapheme cluster.
+  while (end > pos + prefix) {
+    const ushort last = text[end - 1].unicode();
+    const bool punctuation = last == '.' || last == ',' || last == ';' || last == ':' || last == '!' ||
+                             last == '?' || last == '\'' || last == '"';
+    const bool unopened = (last == ')' && open_round < close_round) || (last == ']' && open_square < close_square);
+    if (!punctuation && !unopened) break;
+    close_round -= last == ')';
+    close_square -= last == ']';
+    --end;
+  }
+  // Never end inside a grapheme cluster. The link is printable ASCII, so
+  // whether its end is a boundary depends only on what follows it: the
+  // finder looks at the link and a few characters after, never the whole text.
   if (end < text.size()) {
-    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
-    graphemes.setPosition(end);
+    const int window = std::min<int>(text.size(), end + 8) - pos;
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text.constData() + pos, window);
+    graphemes.setPosition(end - pos);
     if (!graphemes.isAtBoundary()) {
       const int boundary = graphemes.toPreviousBoundary();
-      end = boundary > 0 ? boundary : pos;
+      end = boundary > 0 ? pos + boundary : pos;
     }
   }
   // A bare prefix is no link.
