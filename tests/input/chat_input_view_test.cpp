@@ -314,6 +314,42 @@ TEST_F(ChatInputViewTest, HtmlFromABrowserBecomesTextPicturesAndLineBreaks) {
   EXPECT_EQ(sent[2].GetString(kSendText), "\nafter end");
 }
 
+TEST_F(ChatInputViewTest, LargeHtmlIsWalkedWithTheLoopRunningAndLaterPastesWaitTheirTurn) {
+  Build();
+  QString html = "<table>";
+  for (int row = 0; row < 6000; ++row) html += "<tr><td>row " + QString::number(row) + "</td></tr>";
+  html += "</table>";
+  int beats = 0;
+  QTimer heartbeat;
+  QObject::connect(&heartbeat, &QTimer::timeout, [&] { ++beats; });
+  heartbeat.start(0);
+
+  Paste(Mime("plain", html), false);
+  EXPECT_TRUE(view_->draining()) << "a large paste is still being walked when the paste returns";
+  // Pasted while the first is walked: it goes in after all of it.
+  Paste(Mime(" and then this"), false);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return Drained(); }, 20000));
+  EXPECT_GT(beats, 1) << "the event loop ran while the HTML was walked";
+  const QString text = edit()->toPlainText();
+  EXPECT_TRUE(text.startsWith("row 0\nrow 1\n")) << text.left(40).toStdString();
+  EXPECT_TRUE(text.endsWith("row 5999 and then this")) << text.right(40).toStdString();
+  EXPECT_EQ(text.count('\n'), 5999);
+  EXPECT_GT(vm_->matched.size(), 2u) << "a long paste is matched in pieces";
+  for (auto const& piece : vm_->matched) EXPECT_LE(piece.size(), size_t(ChatInputView::kParsedTextPiece + 20));
+
+  // Closing the panel mid-walk keeps all of the paste in the draft.
+  edit()->clear();
+  Paste(Mime("plain", html), false);
+  ASSERT_TRUE(view_->draining());
+  view_->Dispose();
+  const Variant draft = Last(ChatInputView::kActionSaveDraft);
+  ASSERT_EQ(draft.Size(), 1u);
+  const std::string saved = draft[0].GetString(kSendText);
+  EXPECT_EQ(saved.substr(0, 6), "row 0\n");
+  EXPECT_EQ(saved.substr(saved.size() - 8), "row 5999");
+  view_.reset();
+}
+
 TEST_F(ChatInputViewTest, TheDraftComesBackSkippingUnknownPartsAndIsKeptAgainOnDisposal) {
   const std::string picture = files_.Picture("draft.png").toStdString();
   vm_->draft = Variant::Array{

@@ -20,6 +20,25 @@ std::string Walk(QString const& html) {
   return transcript.out.toStdString();
 }
 
+// The same walk in slices of `budget` characters; `slices` counts the calls.
+std::string WalkSliced(QString const& html, int budget, int* slices = nullptr, int* largest_step = nullptr) {
+  Transcript transcript;
+  CHTMLWalker walker(html, &transcript);
+  int calls = 0, largest = 0;
+  for (bool done = false; !done; ++calls) {
+    const int before = walker.position();
+    done = walker.Walk(budget);
+    largest = std::max(largest, walker.position() - before);
+    if (calls > html.size() + 1) {
+      ADD_FAILURE() << "the walk does not move on";
+      break;
+    }
+  }
+  if (slices) *slices = calls;
+  if (largest_step) *largest_step = largest;
+  return transcript.out.toStdString();
+}
+
 TEST(HtmlParserTest, BlocksStartLinesAndImagesKeepTheirPlace) {
   const std::pair<char const*, char const*> cases[] = {
       // Qt's import keeps an inline image that follows a paragraph on the
@@ -63,6 +82,79 @@ TEST(HtmlParserTest, MalformedOrDeeplyNestedHtmlStillGivesItsText) {
   for (int i = 0; i < 3000; ++i) deep += "<div><span>";
   EXPECT_NE(Walk(nested).find("level39"), std::string::npos);
   EXPECT_NE(Walk(deep + "bottom").find("bottom"), std::string::npos);
+}
+
+TEST(HtmlParserTest, TextShowsAsABrowserShowsIt) {
+  const std::pair<char const*, char const*> cases[] = {
+      // White space collapses, and goes at the ends of lines.
+      {"<p>  lots \n\t of   space  </p><p>\n next</p>", "lots of space|next"},
+      {"<b>bold</b> <i>and</i>   <u>under</u>", "bold and under"},
+      // Preformatted text keeps its spaces and lines; the newline after <pre> is markup.
+      {"<pre>\n  indented\n\tTab  two</pre>after", "  indented|\tTab  two|after"},
+      // References, named, decimal and hexadecimal, with and without the semicolon.
+      {"<p>a&amp;b &lt;tag&gt; &quot;q&quot; &copy 2026 &hellip;&mdash;&euro;</p>", "a&b <tag> \"q\" \u00A9 2026 \u2026\u2014\u20AC"},
+      {"<p>&#72;&#x69;&#X21; &#x1F600; &#128512;</p>", "Hi! \U0001F600 \U0001F600"},
+      // What is no reference stays as written; what no character can be is replaced.
+      {"<p>&bogus; & &#; &#xZZ; AT&T</p>", "&bogus; & &#; &#xZZ; AT&T"},
+      {"<p>&#0;&#xD800;&#x110000;&#99999999999;</p>", "\uFFFD\uFFFD\uFFFD\uFFFD"},
+      // A paragraph of no-break spaces between others is an empty line the author meant.
+      {"<p>a</p><p>&nbsp;</p><p>b</p>", "a||b"},
+      {"<p>&nbsp;&nbsp;x</p>", "  x"},
+      {"<br><br>x<br><br>", "x"},
+      // An image in a paragraph of its own starts a line; one after a paragraph joins it.
+      {"<p>x</p><p><img src=\"a.png\"></p>y", "x|[img:a.png]|y"},
+      {"<p>x</p><img src='b.png'>y", "x[img:b.png]y"},
+      {"<img src=a&amp;b.png alt=\"&lt;\"><IMG SRC=\" spaced.png \">", "[img:a&b.png][img:spaced.png]"},
+      // Markup left open at the end shows nothing more; a lone "<" is text.
+      {"<b>x</b><p class=\"open", "x"},
+      {"x<!-- a comment never closed <p>y</p>", "x"},
+      {"x<script>never closed <p>y</p>", "x"},
+      {"1 < 2 and 3 <4> 5 </ 6", "1 < 2 and 3 <4> 5"},
+  };
+  for (auto const& [html, expected] : cases) {
+    EXPECT_EQ(Walk(QString::fromUtf8(html)), expected) << html;
+    // However it is sliced, a walk reports the same.
+    for (int budget : {1, 3, 17}) EXPECT_EQ(WalkSliced(QString::fromUtf8(html), budget), expected) << html << " in slices of " << budget;
+  }
+}
+
+TEST(HtmlParserTest, AnyNestingIsWalkedInSlicesOfTheGivenLength) {
+  // Twenty thousand levels of nesting, as a hostile page pastes them.
+  QString deep;
+  for (int i = 0; i < 20000; ++i) deep += "<div><span><b>";
+  deep += "bottom";
+  for (int i = 0; i < 20000; ++i) deep += "</b></span></div>";
+  // A table of half a megabyte, as a spreadsheet pastes it.
+  QString table = "<table>";
+  int cells = 0;
+  while (table.size() < 566 * 1024) {
+    table += "<tr>";
+    for (int c = 0; c < 8; ++c, ++cells) table += "<td style=\"border:1px solid\">cell " + QString::number(cells) + "</td>";
+    table += "</tr>";
+  }
+  table += "</table>";
+
+  constexpr int kBudget = 16 * 1024;
+  int slices = 0, largest = 0;
+  EXPECT_EQ(WalkSliced(deep, kBudget, &slices, &largest), "bottom");
+  EXPECT_GE(slices, deep.size() / kBudget);
+  EXPECT_LE(largest, kBudget + 64) << "a slice reads its budget and at most the tag it is in";
+
+  const std::string text = WalkSliced(table, kBudget, &slices, &largest);
+  EXPECT_GE(slices, table.size() / kBudget);
+  EXPECT_LE(largest, kBudget + 64);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '|'), cells - 1) << "one line a cell";
+  EXPECT_EQ(text.substr(text.size() - 10), "cell " + std::to_string(cells - 1));
+  EXPECT_EQ(text, Walk(table)) << "slices report what a walk at once reports";
+
+  // A walk that has ended stays ended; one of nothing ends at once.
+  Transcript transcript;
+  CHTMLWalker walker("<p>x</p>", &transcript);
+  EXPECT_TRUE(walker.Walk(100));
+  EXPECT_TRUE(walker.Walk(100));
+  EXPECT_EQ(transcript.out, "x");
+  EXPECT_TRUE(CHTMLWalker("no markup", &transcript).Walk(1));
+  EXPECT_TRUE(CHTMLWalker("<p>x</p>", nullptr).AtEnd());
 }
 
 TEST(HtmlParserTest, OnlyMarkupOfAReasonableSizeIsWorthWalking) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
 // Receives what CHTMLParser finds in a piece of HTML, in document order.
 class CParserOut {
@@ -27,4 +28,29 @@ class CHTMLParser {
   // True when `html` is worth walking: not empty, not too large, and holding
   // markup.
   static bool IsValidParser(QString const& html);
+};
+
+// The same walk, a slice at a time, so that a large paste never holds the
+// thread that walks it: the time a walk takes grows with the length of the
+// HTML only, never with how deeply it nests.
+class CHTMLWalker {
+ public:
+  // Walks nothing unless CHTMLParser::IsValidParser(html) and `out` is set.
+  CHTMLWalker(QString html, CParserOut* out);
+  ~CHTMLWalker();
+  CHTMLWalker(CHTMLWalker const&) = delete;
+  CHTMLWalker& operator=(CHTMLWalker const&) = delete;
+
+  // Reads on through about `budget` characters of the HTML (more when a single
+  // tag or a skipped script is longer) and reports what it found. Returns true
+  // once the whole HTML has been reported.
+  bool Walk(int budget);
+  bool AtEnd() const;
+  // How far the walk is, in characters of the HTML.
+  int position() const;
+  int size() const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> d_;
 };

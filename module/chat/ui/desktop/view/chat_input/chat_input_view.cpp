@@ -1,5 +1,6 @@
 #include "chat/ui/desktop/view/chat_input/chat_input_view.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
 #include <QMimeData>
@@ -206,7 +207,10 @@ void ChatInputView::Dispatch(uint32_t action, Variant const& params) {
 }
 
 void ChatInputView::OnDispose() {
-  StopDrain();
+  // A paste still being taken in goes into the box at once, so that the
+  // draft holds all of it.
+  WalkPastedHtml(true);
+  FlushCache();
   if (!widget_) return;
   // What is left in the box comes back when the panel opens again.
   const Variant items = SendItems();
@@ -468,6 +472,16 @@ void ChatInputView::RefuseImage(QString const& path) {
 void ChatInputView::PasteFromMimeData(QMimeData const* mime, bool& handled) {
   handled = false;
   if (!mime || !widget_) return;
+  if (walker_) {
+    // Behind a paste still being walked: this one waits its turn.
+    handled = mime->hasUrls() || mime->hasHtml() || mime->hasText() || mime->hasImage();
+    if (!handled) return;
+    auto copy = std::make_unique<QMimeData>();
+    for (QString const& format : mime->formats()) copy->setData(format, mime->data(format));
+    if (mime->hasImage()) copy->setImageData(mime->imageData());
+    waiting_pastes_.push_back(std::move(copy));
+    return;
+  }
   const QList<QUrl> urls = mime->urls();
   const bool all_files_have_content =
       !urls.isEmpty() && std::all_of(urls.begin(), urls.end(), [](QUrl const& url) {
@@ -481,9 +495,8 @@ void ChatInputView::PasteFromMimeData(QMimeData const* mime, bool& handled) {
   if (mime->hasHtml() && CHTMLParser::IsValidParser(mime->html())) {
     handled = true;
     parsed_text_.clear();
-    CHTMLParser(mime->html(), this);
-    FlushParsedText();
-    StartDrain();
+    walker_ = std::make_unique<CHTMLWalker>(mime->html(), this);
+    WalkPastedHtml(false);
     return;
   }
   if (mime->hasText()) {
@@ -542,13 +555,72 @@ void ChatInputView::OnParserImage(QString const& url) {
 
 void ChatInputView::OnParserText(QString const& text) { parsed_text_ += text; }
 
-void ChatInputView::OnParserLineBreak() { parsed_text_ += QLatin1Char('\n'); }
+void ChatInputView::OnParserLineBreak() {
+  parsed_text_ += QLatin1Char('\n');
+  // A shortcut never spans a line, so a long paste is matched a piece at a
+  // time and its first lines go in while the rest is walked.
+  if (parsed_text_.size() >= kParsedTextPiece) FlushParsedText();
+}
 
 void ChatInputView::FlushParsedText() {
   if (parsed_text_.isEmpty()) return;
   const QString text = parsed_text_;
   parsed_text_.clear();
   MatchText(text);
+}
+
+void ChatInputView::WalkPastedHtml(bool at_once) {
+  // A waiting HTML paste taken in below starts its walker here: the loop
+  // walks it, within the same slice of time.
+  if (walking_) return;
+  walking_ = true;
+  QElapsedTimer clock;
+  clock.start();
+  while (walker_) {
+    if (!widget_) {
+      walker_.reset();
+      waiting_pastes_.clear();
+      break;
+    }
+    bool done = false;
+    while (!(done = walker_->Walk(at_once ? INT_MAX : kWalkSliceChars))) {
+      if (clock.elapsed() >= kWalkSliceMs) break;
+    }
+    if (!done) {
+      StartDrain();
+      ScheduleWalk();
+      break;
+    }
+    walker_.reset();
+    FlushParsedText();
+    StartDrain();
+    while (!walker_ && !waiting_pastes_.empty()) {
+      const std::unique_ptr<QMimeData> next = std::move(waiting_pastes_.front());
+      waiting_pastes_.pop_front();
+      bool handled = false;
+      PasteFromMimeData(next.get(), handled);
+    }
+  }
+  walking_ = false;
+}
+
+void ChatInputView::ScheduleWalk() {
+  if (!walk_timer_) {
+    // Like the drain's timer, it lives with the widget and checks the view.
+    walk_timer_ = new QTimer(widget_.data());
+    walk_timer_->setSingleShot(true);
+    walk_timer_->setInterval(0);
+    std::weak_ptr<AppBaseView> weak = weak_from_this();
+    QTimer* timer = walk_timer_;
+    QObject::connect(walk_timer_, &QTimer::timeout, walk_timer_, [weak, this, timer] {
+      if (weak.expired()) {
+        timer->deleteLater();
+        return;
+      }
+      WalkPastedHtml(false);
+    });
+  }
+  walk_timer_->start();
 }
 
 }  // namespace QtView

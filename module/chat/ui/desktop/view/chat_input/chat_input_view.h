@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QString>
 #include <cstdint>
+#include <deque>
+#include <memory>
 #include <string>
 
 #include "base/variant/variant.h"
@@ -37,6 +39,12 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
   static constexpr int kTextPieceLength = 1000;
   static constexpr int kDrainCharsPerTick = 20000;
   static constexpr int kEmojiSize = 22;
+  // Pasted HTML is walked in slices of about this long, with the event loop
+  // running between them; text found is matched at least every
+  // kParsedTextPiece characters, at a line break.
+  static constexpr int kWalkSliceMs = 8;
+  static constexpr int kWalkSliceChars = 16 * 1024;
+  static constexpr int kParsedTextPiece = 20000;
 
   ChatInputView();
   ~ChatInputView() override;
@@ -58,7 +66,8 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
 
   std::string const& match_id() const { return match_id_; }
   size_t pending_item_count() const { return cache_msg_items_.Size(); }
-  bool draining() const { return timer_ != nullptr; }
+  // True while a paste is still being taken in: walked or inserted.
+  bool draining() const { return timer_ != nullptr || walker_ != nullptr; }
 
   // CParserOut
   void OnParserImage(QString const& url) override;
@@ -87,6 +96,10 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
   void RefuseImage(QString const& path);
   void PasteUrls(QList<QUrl> const& urls);
   void FlushParsedText();
+  // Walks the pasted HTML for one slice (or to its end), then takes in the
+  // pastes that waited behind it.
+  void WalkPastedHtml(bool at_once);
+  void ScheduleWalk();
 
   QPointer<ChatInputWidget> widget_;
   Variant cache_msg_items_;
@@ -95,6 +108,12 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
   // Text and line breaks from the HTML walker, matched as one piece at the
   // next image or at the end.
   QString parsed_text_;
+  // The HTML paste being walked, and the pastes that came while it was:
+  // they are taken in after it, in the order they came.
+  std::unique_ptr<CHTMLWalker> walker_;
+  std::deque<std::unique_ptr<QMimeData>> waiting_pastes_;
+  QTimer* walk_timer_ = nullptr;
+  bool walking_ = false;
   bool image_refused_ = false;
 };
 
