@@ -166,7 +166,11 @@ Variant FaceModel::SplitText(std::string const& text) const {
         }
       }
     }
-    run += text[i++];
+    // Up to the next "[" in one go.
+    const size_t next = loaded_ ? text.find('[', i + 1) : std::string::npos;
+    const size_t stop = next == std::string::npos ? text.size() : next;
+    run.append(text, i, stop - i);
+    i = stop;
   }
   flush();
   return items;

@@ -111,6 +111,18 @@ int LinkLengthAt(QString const& text, int pos) {
   return end - pos;
 }
 
+// True when a link may start somewhere in the UTF-8 `text`: it holds "http"
+// or "www." in any case. Most chat lines hold neither and skip the splitter.
+bool MayHoldLink(std::string const& text) {
+  const auto lower = [](char c) { return static_cast<char>(c | 0x20); };
+  for (size_t i = 0; i + 4 <= text.size(); ++i) {
+    const char c = lower(text[i]);
+    if (c == 'h' && lower(text[i + 1]) == 't' && lower(text[i + 2]) == 't' && lower(text[i + 3]) == 'p') return true;
+    if (c == 'w' && lower(text[i + 1]) == 'w' && lower(text[i + 2]) == 'w' && text[i + 3] == '.') return true;
+  }
+  return false;
+}
+
 void AppendText(Variant& items, QString const& text) {
   if (!text.isEmpty()) items.Add(TextItem(text));
 }
@@ -153,7 +165,13 @@ Variant SplitLinksInTextItems(Variant const& items) {
       out.Add(item);
       continue;
     }
-    const Variant pieces = SplitLinks(QString::fromStdString(item.GetString("item_content")));
+    std::string const& content = item.Get("item_content").AsStr();
+    if (content.empty()) continue;
+    if (!MayHoldLink(content)) {
+      out.Add(item);
+      continue;
+    }
+    const Variant pieces = SplitLinks(QString::fromStdString(content));
     for (auto const& piece : pieces.AsArray()) out.Add(piece);
   }
   return out;
@@ -190,6 +208,11 @@ std::shared_ptr<Variant> ChatUtils::GetMsgInfoPtrById(std::string const& msg_id)
 bool ChatUtils::IsRedPacketOrReceiptType(int chat_type) { return chat_type == 2 || chat_type == 3; }
 
 Variant ChatUtils::URLParseMessageContext(std::string const& text) {
+  if (!MayHoldLink(text)) {
+    Variant items(base::variant::kVariantTypeArray);
+    if (!text.empty()) items.Add(Variant::Map{{"item_type", 0}, {"item_content", text}});
+    return items;
+  }
   return SplitLinks(QString::fromStdString(text));
 }
 
@@ -201,7 +224,7 @@ Variant ChatUtils::ParseMessageContext(std::string const& text) {
   if (faces && faces->Invoke(kFaceMethodSplitText, &params, &split) && split.IsArray()) {
     return SplitLinksInTextItems(split);
   }
-  return SplitLinks(QString::fromStdString(text));
+  return URLParseMessageContext(text);
 }
 
 Variant ChatUtils::UpdateToFaceMesssageIfSingleEmojiItem(Variant& record, Variant const& items, bool rewrite) {
