@@ -102,6 +102,40 @@ TEST_F(ConversionTest, TextBecomesTextLinkAndEmojiItems) {
   EXPECT_EQ(Receive(tip).Get("ui_msg_content")[0].GetString("item_content"), "Update to see this message");
 }
 
+TEST_F(ConversionTest, AVeryLongTextIsSplitAsFarAsItIsShownAndKeepsEveryCharacter) {
+  std::string text;
+  for (int i = 0; text.size() < 300 * 1024; ++i) text += "see www.a.com/" + std::to_string(i) + " [Smile] 文字 ";
+  Variant record = Map();
+  record.Set("chat_type", 0);
+  record.Set("msg_content", Variant::Array{Variant::Map{{"text_elem_content", text}}});
+  Variant const ui = Receive(record).Get("ui_msg_content");
+  ASSERT_GT(ui.Size(), 1000u);
+  EXPECT_EQ(ui[1].GetInt32("item_type"), 2);
+  EXPECT_EQ(ui[3].GetInt32("item_type"), 1);
+  // The head is split; the rest is one text, and nothing is lost or doubled.
+  EXPECT_LT(ui.Size(), 64 * 1024u / 8);
+  Variant const& tail = ui[static_cast<int>(ui.Size()) - 1];
+  EXPECT_EQ(tail.GetInt32("item_type"), 0);
+  EXPECT_GT(tail.GetString("item_content").size(), 200 * 1024u);
+  std::string joined;
+  for (auto const& item : ui.AsArray()) {
+    joined += item.GetInt32("item_type") == 1 ? item.GetString("item_emoji_text") : item.GetString("item_content");
+  }
+  EXPECT_EQ(joined, text);
+  EXPECT_EQ(QString::fromStdString(tail.GetString("item_content")).toStdString(), tail.GetString("item_content"))
+      << "the cut falls between characters";
+
+  // Without a space to cut at, the cut still falls between characters.
+  std::string dense;
+  while (dense.size() < 100 * 1024) dense += "文";
+  record.Set("msg_content", Variant::Array{Variant::Map{{"text_elem_content", dense}}});
+  record.Set("msg_id", "dense");
+  Variant const dense_ui = Receive(record).Get("ui_msg_content");
+  ASSERT_EQ(dense_ui.Size(), 2u);
+  EXPECT_EQ(dense_ui[0].GetString("item_content") + dense_ui[1].GetString("item_content"), dense);
+  EXPECT_EQ(dense_ui[0].GetString("item_content").size() % 3, 0u);
+}
+
 TEST_F(ConversionTest, FaceByIndexOrAsTextWhenTheFaceIsUnknown) {
   const Variant wink = Json(R"([{"face_elem_index":3,"face_elem_buf":"[Wink]"}])");
   Variant known = Receive(Record(1, wink));

@@ -6,6 +6,8 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <cctype>
+#include <string_view>
 
 #include "base/log/log.h"
 #include "framework/chat/chat_schema_keys.h"
@@ -22,53 +24,49 @@ constexpr int kFaceModel = 570;
 constexpr uint32_t kFaceMethodByIndex = 1;
 constexpr uint32_t kFaceMethodSplitText = 7;
 
-Variant TextItem(QString const& text) {
+Variant Piece(int type, std::string_view text) {
   Variant item(base::variant::kVariantTypeMap);
-  item.Set("item_type", 0);
-  item.Set("item_content", text.toStdString());
+  item.Set("item_type", type);
+  item.Set("item_content", Variant(text));
   return item;
 }
 
-Variant LinkItem(QString const& text) {
-  Variant item(base::variant::kVariantTypeMap);
-  item.Set("item_type", 2);
-  item.Set("item_content", text.toStdString());
-  return item;
-}
-
-bool IsUrlChar(QChar c) {
-  const ushort u = c.unicode();
+bool IsUrlByte(unsigned char u) {
   if (u <= 0x20 || u >= 0x7f) return false;
   return u != '"' && u != '<' && u != '>' && u != '`' && u != '{' && u != '}' && u != '|' && u != '\\' &&
          u != '^';
 }
 
 // A link may follow any letter of a script without spaces between words, but
-// not an ASCII word ("xhttp://" is no link).
-bool IsAsciiWordChar(QChar c) {
-  const ushort u = c.unicode();
-  return u < 0x80 && (QChar(u).isLetterOrNumber() || u == '_');
+// not an ASCII word ("xhttp://" is no link). Bytes of other scripts are all
+// 0x80 or above.
+bool IsAsciiWordByte(unsigned char u) { return u < 0x80 && (std::isalnum(u) || u == '_'); }
+
+bool StartsWithAt(std::string_view text, size_t pos, std::string_view prefix) {
+  if (text.size() - pos < prefix.size()) return false;
+  for (size_t i = 0; i < prefix.size(); ++i) {
+    if (std::tolower(static_cast<unsigned char>(text[pos + i])) != prefix[i]) return false;
+  }
+  return true;
 }
 
-bool StartsWithAt(QString const& text, int pos, QLatin1String prefix) {
-  return text.midRef(pos, prefix.size()).compare(prefix, Qt::CaseInsensitive) == 0;
-}
-
-// The length of a link starting at `pos`, 0 when none starts there.
-int LinkLengthAt(QString const& text, int pos) {
-  if (pos > 0 && IsAsciiWordChar(text[pos - 1])) return 0;
-  int prefix = 0;
-  if (StartsWithAt(text, pos, QLatin1String("https://"))) {
+// The length in bytes of a link starting at `pos` of the UTF-8 `text`, 0
+// when none starts there. A link is printable ASCII, so it is found in the
+// bytes themselves.
+size_t LinkLengthAt(std::string_view text, size_t pos) {
+  if (pos > 0 && IsAsciiWordByte(static_cast<unsigned char>(text[pos - 1]))) return 0;
+  size_t prefix = 0;
+  if (StartsWithAt(text, pos, "https://")) {
     prefix = 8;
-  } else if (StartsWithAt(text, pos, QLatin1String("http://"))) {
+  } else if (StartsWithAt(text, pos, "http://")) {
     prefix = 7;
-  } else if (StartsWithAt(text, pos, QLatin1String("www."))) {
+  } else if (StartsWithAt(text, pos, "www.")) {
     prefix = 4;
   } else {
     return 0;
   }
-  int end = pos + prefix;
-  while (end < text.size() && IsUrlChar(text[end])) {
+  size_t end = pos + prefix;
+  while (end < text.size() && IsUrlByte(static_cast<unsigned char>(text[end]))) {
     // "[" opens a face shortcut after a link; only a host may start with it ("http://[::1]").
     if (text[end] == '[' && end != pos + prefix) break;
     ++end;
@@ -77,15 +75,15 @@ int LinkLengthAt(QString const& text, int pos) {
   // bracket the link never opened. The brackets are counted once, so a link
   // followed by thousands of them is trimmed in one pass.
   int open_round = 0, close_round = 0, open_square = 0, close_square = 0;
-  for (int i = pos; i < end; ++i) {
-    const ushort u = text[i].unicode();
-    open_round += u == '(';
-    close_round += u == ')';
-    open_square += u == '[';
-    close_square += u == ']';
+  for (size_t i = pos; i < end; ++i) {
+    const char c = text[i];
+    open_round += c == '(';
+    close_round += c == ')';
+    open_square += c == '[';
+    close_square += c == ']';
   }
   while (end > pos + prefix) {
-    const ushort last = text[end - 1].unicode();
+    const char last = text[end - 1];
     const bool punctuation = last == '.' || last == ',' || last == ';' || last == ':' || last == '!' ||
                              last == '?' || last == '\'' || last == '"';
     const bool unopened = (last == ')' && open_round < close_round) || (last == ']' && open_square < close_square);
@@ -94,16 +92,19 @@ int LinkLengthAt(QString const& text, int pos) {
     close_square -= last == ']';
     --end;
   }
-  // Never end inside a grapheme cluster. The link is printable ASCII, so
-  // whether its end is a boundary depends only on what follows it: the
-  // finder looks at the link and a few characters after, never the whole text.
-  if (end < text.size()) {
-    const int window = std::min<int>(text.size(), end + 8) - pos;
-    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text.constData() + pos, window);
-    graphemes.setPosition(end - pos);
+  // Never end inside a grapheme cluster. After ASCII the link's end always is
+  // a boundary; before a character of another script (a combining accent, a
+  // keycap) the finder decides, looking at the link and a few characters
+  // after it, never at the whole text.
+  if (end < text.size() && static_cast<unsigned char>(text[end]) >= 0x80) {
+    const size_t window_end = std::min(text.size(), end + 32);
+    const QString window = QString::fromUtf8(text.data() + pos, static_cast<int>(window_end - pos));
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, window);
+    // Up to `end` the window is ASCII: its characters are its bytes.
+    graphemes.setPosition(static_cast<int>(end - pos));
     if (!graphemes.isAtBoundary()) {
       const int boundary = graphemes.toPreviousBoundary();
-      end = boundary > 0 ? pos + boundary : pos;
+      end = boundary > 0 ? pos + static_cast<size_t>(boundary) : pos;
     }
   }
   // A bare prefix is no link.
@@ -111,9 +112,9 @@ int LinkLengthAt(QString const& text, int pos) {
   return end - pos;
 }
 
-// True when a link may start somewhere in the UTF-8 `text`: it holds "http"
-// or "www." in any case. Most chat lines hold neither and skip the splitter.
-bool MayHoldLink(std::string const& text) {
+// True when a link may start somewhere in `text`: it holds "http" or "www."
+// in any case. Most chat lines hold neither and skip the splitter.
+bool MayHoldLink(std::string_view text) {
   const auto lower = [](char c) { return static_cast<char>(c | 0x20); };
   for (size_t i = 0; i + 4 <= text.size(); ++i) {
     const char c = lower(text[i]);
@@ -123,27 +124,28 @@ bool MayHoldLink(std::string const& text) {
   return false;
 }
 
-void AppendText(Variant& items, QString const& text) {
-  if (!text.isEmpty()) items.Add(TextItem(text));
-}
-
-Variant SplitLinks(QString const& text) {
+// Text and link pieces of the UTF-8 `text`, in order.
+Variant SplitLinks(std::string_view text) {
   Variant items(base::variant::kVariantTypeArray);
-  int run_start = 0;
-  for (int i = 0; i < text.size();) {
-    const QChar c = text[i];
+  if (!MayHoldLink(text)) {
+    if (!text.empty()) items.Add(Piece(0, text));
+    return items;
+  }
+  size_t run_start = 0;
+  for (size_t i = 0; i < text.size();) {
+    const char c = text[i];
     const bool may_start = c == 'h' || c == 'H' || c == 'w' || c == 'W';
-    const int length = may_start ? LinkLengthAt(text, i) : 0;
+    const size_t length = may_start ? LinkLengthAt(text, i) : 0;
     if (length == 0) {
       ++i;
       continue;
     }
-    AppendText(items, text.mid(run_start, i - run_start));
-    items.Add(LinkItem(text.mid(i, length)));
+    if (i > run_start) items.Add(Piece(0, text.substr(run_start, i - run_start)));
+    items.Add(Piece(2, text.substr(i, length)));
     i += length;
     run_start = i;
   }
-  AppendText(items, text.mid(run_start));
+  if (run_start < text.size()) items.Add(Piece(0, text.substr(run_start)));
   return items;
 }
 
@@ -171,7 +173,7 @@ Variant SplitLinksInTextItems(Variant const& items) {
       out.Add(item);
       continue;
     }
-    const Variant pieces = SplitLinks(QString::fromStdString(content));
+    const Variant pieces = SplitLinks(content);
     for (auto const& piece : pieces.AsArray()) out.Add(piece);
   }
   return out;
@@ -207,14 +209,7 @@ std::shared_ptr<Variant> ChatUtils::GetMsgInfoPtrById(std::string const& msg_id)
 
 bool ChatUtils::IsRedPacketOrReceiptType(int chat_type) { return chat_type == 2 || chat_type == 3; }
 
-Variant ChatUtils::URLParseMessageContext(std::string const& text) {
-  if (!MayHoldLink(text)) {
-    Variant items(base::variant::kVariantTypeArray);
-    if (!text.empty()) items.Add(Variant::Map{{"item_type", 0}, {"item_content", text}});
-    return items;
-  }
-  return SplitLinks(QString::fromStdString(text));
-}
+Variant ChatUtils::URLParseMessageContext(std::string const& text) { return SplitLinks(text); }
 
 Variant ChatUtils::ParseMessageContext(std::string const& text) {
   if (text.empty()) return Variant(base::variant::kVariantTypeArray);
@@ -247,7 +242,7 @@ Variant ChatUtils::ParseEmojiTextMixedMessage(Variant const& elements, std::stri
         items.Add(FaceItem(face));
       } else {
         const std::string buffer = element.GetString("face_elem_buf");
-        if (!buffer.empty()) items.Add(TextItem(QString::fromStdString(buffer)));
+        if (!buffer.empty()) items.Add(Piece(0, buffer));
       }
       continue;
     }
@@ -256,7 +251,7 @@ Variant ChatUtils::ParseEmojiTextMixedMessage(Variant const& elements, std::stri
       for (auto const& piece : pieces.AsArray()) items.Add(piece);
     }
   }
-  if (items.Empty() && !compatible_tip.empty()) items.Add(TextItem(QString::fromStdString(compatible_tip)));
+  if (items.Empty() && !compatible_tip.empty()) items.Add(Piece(0, compatible_tip));
   return items;
 }
 

@@ -41,6 +41,29 @@ Variant TextItem(std::string const& text) {
   return item;
 }
 
+// A text longer than this is split into links and emoji only as far as any
+// view shows it as such: the bubble shows a long text's first thousand
+// characters, and the reader and the clipboard take it as plain text. The
+// rest stays one text item, so that a message of megabytes, or one packed
+// with thousands of links, costs what its head costs.
+constexpr size_t kSplitTextLimit = 64 * 1024;
+
+Variant ParseTextContext(std::string const& text) {
+  if (text.size() <= kSplitTextLimit) return talvex::ChatUtils::ParseMessageContext(text);
+  // Cut after a space, where no link or shortcut can run on, or else at the
+  // limit but never inside a character.
+  size_t cut = text.find_last_of(" \t\n", kSplitTextLimit - 1);
+  if (cut == std::string::npos || cut + 1024 < kSplitTextLimit) {
+    cut = kSplitTextLimit;
+    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;
+  } else {
+    ++cut;
+  }
+  Variant items = talvex::ChatUtils::ParseMessageContext(text.substr(0, cut));
+  items.Add(TextItem(text.substr(cut)));
+  return items;
+}
+
 // One size pair goes in only when both sides are known.
 void SetSizePair(Variant& result, char const* width_key, char const* height_key, int width, int height) {
   if (width == 0 || height == 0) return;
@@ -88,7 +111,7 @@ void ChatMessageBizModel::OnEventConvertToUIMsg(Variant const* record_in, bool& 
   switch (chat_type) {
     case kChatTypeText:
       if (!elements.empty() && elements.front().IsMap()) {
-        Variant items = talvex::ChatUtils::ParseMessageContext(elements.front().GetString("text_elem_content"));
+        Variant items = ParseTextContext(elements.front().GetString("text_elem_content"));
         result = talvex::ChatUtils::UpdateToFaceMesssageIfSingleEmojiItem(record, items, true);
       }
       break;
