@@ -351,3 +351,99 @@ TEST(JsonValue, ParsesBuildsAndPrints) {
   EXPECT_TRUE(built.IsNull());
   EXPECT_EQ(moved["k"].AsInteger(), 5);
 }
+
+namespace {
+
+std::string NestedArrays(int depth, std::string const& inside = "1") {
+  return std::string(depth, '[') + inside + std::string(depth, ']');
+}
+
+std::string NestedObjects(int depth) {
+  std::string text;
+  for (int i = 0; i < depth; ++i) text += "{\"a\":";
+  return text + "0" + std::string(depth, '}');
+}
+
+// A value nested `depth` maps deep, built in code as a remote party's payload
+// would be after any number of rewrites.
+Variant DeepMaps(int depth, int leaf) {
+  Variant v(leaf);
+  for (int i = 0; i < depth; ++i) v = Variant(Variant::Map{{"a", std::move(v)}});
+  return v;
+}
+
+}  // namespace
+
+TEST(VariantNesting, JsonDeeperThanTheBoundIsRefusedEverywhere) {
+  // At the bound: read, printed and read back the same.
+  Variant at_bound;
+  ASSERT_TRUE(at_bound.FromJsonStr(NestedArrays(Variant::kMaxDepth).c_str()));
+  Variant again;
+  ASSERT_TRUE(again.FromJsonStr(at_bound.ToJson().c_str()));
+  EXPECT_EQ(again, at_bound);
+  EXPECT_EQ(at_bound.ToJson(), NestedArrays(Variant::kMaxDepth));
+
+  // One level more, or a hundred thousand: refused, and the value keeps what it held.
+  for (std::string const& text : {NestedArrays(Variant::kMaxDepth + 1), NestedArrays(100000, "\"x\""),
+                                  NestedObjects(Variant::kMaxDepth + 1), NestedObjects(100000)}) {
+    Variant v("kept");
+    EXPECT_FALSE(v.FromJsonStr(text.c_str()));
+    EXPECT_EQ(v.AsStr(), "kept");
+
+    base::json::JsonValue doc;
+    EXPECT_FALSE(doc.ParseFromJson(text.data(), text.size()));
+    EXPECT_TRUE(doc.IsNull());
+  }
+  base::json::JsonValue doc;
+  const std::string objects = NestedObjects(Variant::kMaxDepth);
+  ASSERT_TRUE(doc.ParseFromJson(objects.data(), objects.size()));
+  Variant from_doc;
+  ASSERT_TRUE(from_doc.FromJson(doc));
+  EXPECT_EQ(from_doc.ToJson(), objects);
+
+  // A document built deeper in code is refused as a Variant.
+  base::json::JsonValue deep;
+  for (int i = 0; i <= Variant::kMaxDepth; ++i) {
+    base::json::JsonValue outer;
+    outer.AddaJsonObject(deep);
+    deep = outer;
+  }
+  Variant v(7);
+  EXPECT_FALSE(v.FromJson(deep));
+  EXPECT_EQ(v.AsInteger(), 7);
+}
+
+TEST(VariantNesting, AValueTwoHundredThousandLevelsDeepIsCopiedComparedPrintedAndFreed) {
+  constexpr int kDepth = 200000;
+  Variant deep = DeepMaps(kDepth, 1);
+  Variant copy = deep;
+  EXPECT_TRUE(copy.SharesStorageWith(deep));
+  EXPECT_EQ(copy, deep);
+
+  // Equal content in other storage, and a difference at the very bottom.
+  const Variant same = DeepMaps(kDepth, 1);
+  const Variant other = DeepMaps(kDepth, 2);
+  EXPECT_EQ(same, deep);
+  EXPECT_NE(other, deep);
+  EXPECT_NE(DeepMaps(kDepth - 1, 1), deep);
+
+  // Printing stops at the bound; what lies deeper prints as null.
+  const std::string text = deep.ToJson();
+  EXPECT_EQ(text.size(), Variant::kMaxDepth * std::string("{\"a\":}").size() + 4);
+  EXPECT_NE(text.find("null"), std::string::npos);
+  EXPECT_EQ(framework::VariantToString(&deep), text);
+
+  // A write detaches one level; the original stays whole.
+  copy["b"] = 2;
+  EXPECT_FALSE(copy.SharesStorageWith(deep));
+  EXPECT_TRUE(copy.Get("a").SharesStorageWith(deep.Get("a")));
+  EXPECT_EQ(deep.Size(), 1u);
+
+  // Freed on this thread and on another.
+  copy.Reset();
+  deep.Reset();
+  EXPECT_TRUE(deep.IsNull());
+  std::thread([v = DeepMaps(kDepth, 3)]() mutable { v.Reset(); }).join();
+  Variant arrays;
+  for (int i = 0; i < kDepth; ++i) arrays = Variant(Variant::Array{std::move(arrays)});
+}

@@ -2,6 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/log/log.h"
+#include "base/variant/variant.h"
+
 namespace base {
 namespace json {
 
@@ -39,7 +42,23 @@ bool JsonValue::ParseFromJson(char const* text, size_t length, size_t offset, bo
     *value_ = nullptr;
     return false;
   }
-  Json parsed = Json::parse(text + offset, text + offset + length, nullptr, false, allow_comments);
+  // Containers nested deeper than a Variant may hold are refused: every walk
+  // of the document (writing it, converting it) recurses once a level.
+  bool too_deep = false;
+  const Json::parser_callback_t bound = [&too_deep](int depth, Json::parse_event_t event, Json&) {
+    if ((event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start) &&
+        depth >= variant::Variant::kMaxDepth) {
+      too_deep = true;
+      return false;
+    }
+    return true;
+  };
+  Json parsed = Json::parse(text + offset, text + offset + length, bound, false, allow_comments);
+  if (too_deep) {
+    TXLOG_WARN << "[json] JSON nested deeper than " << variant::Variant::kMaxDepth << " levels refused";
+    *value_ = nullptr;
+    return false;
+  }
   if (parsed.is_discarded()) {
     *value_ = nullptr;
     return false;

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/json/json_value.h"
+#include "base/log/log.h"
 
 namespace base {
 namespace variant {
@@ -76,6 +77,19 @@ int64_t DoubleToInt64(double d) noexcept {
   if (d < -9223372036854775808.0) return std::numeric_limits<int64_t>::min();
   return static_cast<int64_t>(d);
 }
+
+// How many levels freeing and comparing recurse before they go on with a
+// list of their own: deep enough that everyday values never need the list,
+// shallow enough that any thread's stack holds it.
+constexpr int kRecursionLimit = 64;
+
+// The depth of the current thread's freeing, and the list of boxes its
+// outermost call frees once the recursion has unwound.
+struct FreeState {
+  int depth = 0;
+  std::vector<std::pair<uint32_t, void*>>* deferred = nullptr;
+};
+thread_local FreeState t_free;
 
 uint64_t DoubleToUint64(double d) noexcept {
   if (std::isnan(d) || d <= 0.0) return 0;
@@ -200,19 +214,43 @@ void Variant::Release() noexcept {
       shared->refs.fetch_sub(1, std::memory_order_acq_rel) != 1) {
     return;
   }
-  switch (type()) {
-    case kVariantTypeString:
-      delete static_cast<StringBox*>(shared);
-      break;
-    case kVariantTypeArray:
-      delete static_cast<ArrayBox*>(shared);
-      break;
-    case kVariantTypeMap:
-      delete static_cast<MapBox*>(shared);
-      break;
-    default:
-      break;
+  if (type() == kVariantTypeString) {
+    delete static_cast<StringBox*>(shared);
+    return;
   }
+  FreeContainer(type(), shared);
+}
+
+void Variant::FreeContainer(uint32_t type, Shared* box) noexcept {
+  FreeState& state = t_free;
+  if (state.depth >= kRecursionLimit && state.deferred) {
+    state.deferred->emplace_back(type, box);
+    return;
+  }
+  const auto free_box = [&state](uint32_t t, Shared* b) {
+    ++state.depth;
+    if (t == kVariantTypeArray) {
+      delete static_cast<ArrayBox*>(b);
+    } else {
+      delete static_cast<MapBox*>(b);
+    }
+    --state.depth;
+  };
+  if (state.depth > 0) {
+    free_box(type, box);
+    return;
+  }
+  // The outermost call: what lies deeper than the limit waits on this list,
+  // and is freed here, each box from the top again.
+  std::vector<std::pair<uint32_t, void*>> deferred;
+  state.deferred = &deferred;
+  free_box(type, box);
+  while (!deferred.empty()) {
+    const auto next = deferred.back();
+    deferred.pop_back();
+    free_box(next.first, static_cast<Shared*>(next.second));
+  }
+  state.deferred = nullptr;
 }
 
 void Variant::Detach() {
@@ -534,28 +572,75 @@ void Variant::Reset() noexcept {
   i_ = 0;
 }
 
-bool Variant::operator==(Variant const& other) const noexcept {
-  if (type() != other.type()) return false;
-  switch (type()) {
+bool Variant::operator==(Variant const& other) const noexcept { return Equal(*this, other, 0); }
+
+bool Variant::Equal(Variant const& a, Variant const& b, int depth) noexcept {
+  if (a.type() != b.type()) return false;
+  switch (a.type()) {
     case kVariantTypeNull:
       return true;
     case kVariantTypeBool:
-      return b_ == other.b_;
+      return a.b_ == b.b_;
     case kVariantTypeInteger:
-      return i_ == other.i_ && (tag_ & kFlagUnsigned) == (other.tag_ & kFlagUnsigned);
+      return a.i_ == b.i_ && (a.tag_ & kFlagUnsigned) == (b.tag_ & kFlagUnsigned);
     case kVariantTypeDouble:
-      return d_ == other.d_;
+      return a.d_ == b.d_;
     case kVariantTypePointer:
-      return p_ == other.p_;
+      return a.p_ == b.p_;
     case kVariantTypeString:
-      return shared_ == other.shared_ || AsStr() == other.AsStr();
-    case kVariantTypeArray:
-      return shared_ == other.shared_ || AsArray() == other.AsArray();
-    case kVariantTypeMap:
-      return shared_ == other.shared_ || AsMap() == other.AsMap();
+      return a.shared_ == b.shared_ || a.AsStr() == b.AsStr();
+    case kVariantTypeArray: {
+      if (a.shared_ == b.shared_) return true;
+      Array const& x = a.AsArray();
+      Array const& y = b.AsArray();
+      if (x.size() != y.size()) return false;
+      if (depth >= kRecursionLimit) return EqualDeep(a, b);
+      for (size_t i = 0; i < x.size(); ++i) {
+        if (!Equal(x[i], y[i], depth + 1)) return false;
+      }
+      return true;
+    }
+    case kVariantTypeMap: {
+      if (a.shared_ == b.shared_) return true;
+      Map const& x = a.AsMap();
+      Map const& y = b.AsMap();
+      if (x.size() != y.size()) return false;
+      if (depth >= kRecursionLimit) return EqualDeep(a, b);
+      for (auto i = x.begin(), j = y.begin(); i != x.end(); ++i, ++j) {
+        if (i->first != j->first || !Equal(i->second, j->second, depth + 1)) return false;
+      }
+      return true;
+    }
     default:
       return false;
   }
+}
+
+bool Variant::EqualDeep(Variant const& a, Variant const& b) noexcept {
+  std::vector<std::pair<Variant const*, Variant const*>> pending{{&a, &b}};
+  while (!pending.empty()) {
+    const auto [x, y] = pending.back();
+    pending.pop_back();
+    if (x->type() != y->type()) return false;
+    if (!x->IsArray() && !x->IsMap()) {
+      if (!Equal(*x, *y, 0)) return false;
+      continue;
+    }
+    if (x->shared_ == y->shared_) continue;
+    if (x->Size() != y->Size()) return false;
+    if (x->IsArray()) {
+      Array const& xs = x->AsArray();
+      Array const& ys = y->AsArray();
+      for (size_t i = 0; i < xs.size(); ++i) pending.emplace_back(&xs[i], &ys[i]);
+      continue;
+    }
+    Map const& xs = x->AsMap();
+    for (auto i = xs.begin(), j = y->AsMap().begin(); i != xs.end(); ++i, ++j) {
+      if (i->first != j->first) return false;
+      pending.emplace_back(&i->second, &j->second);
+    }
+  }
+  return true;
 }
 
 bool Variant::SharesStorageWith(Variant const& other) const noexcept {
@@ -579,7 +664,9 @@ struct KeyFilter {
   }
 };
 
-Json ToJsonValue(Variant const& v, KeyFilter const& filter) {
+// What nests deeper than Variant::kMaxDepth prints as null: the JSON
+// library's writer recurses once a level.
+Json ToJsonValue(Variant const& v, KeyFilter const& filter, int depth = 0) {
   switch (v.type()) {
     case kVariantTypeBool:
       return v.AsBoolean();
@@ -593,18 +680,20 @@ Json ToJsonValue(Variant const& v, KeyFilter const& filter) {
     case kVariantTypeString:
       return v.AsStr();
     case kVariantTypeArray: {
+      if (depth >= Variant::kMaxDepth) return nullptr;
       Json out = Json::array();
-      for (auto const& item : v.AsArray()) out.push_back(ToJsonValue(item, filter));
+      for (auto const& item : v.AsArray()) out.push_back(ToJsonValue(item, filter, depth + 1));
       return out;
     }
     case kVariantTypeMap: {
+      if (depth >= Variant::kMaxDepth) return nullptr;
       Json out = Json::object();
       for (auto const& [key, item] : v.AsMap()) {
         if (filter.Matches(key)) {
           if (filter.mask) out[key] = "***";
           continue;
         }
-        out[key] = ToJsonValue(item, filter);
+        out[key] = ToJsonValue(item, filter, depth + 1);
       }
       return out;
     }
@@ -618,7 +707,9 @@ std::string Dump(Json const& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-Variant FromJsonValue(Json const& json) {
+// The value of a JSON document; `too_deep` is set, and null returned, for a
+// document nested deeper than Variant::kMaxDepth.
+Variant FromJsonValue(Json const& json, bool* too_deep, int depth = 0) {
   switch (json.type()) {
     case Json::value_t::boolean:
       return Variant(json.get<bool>());
@@ -631,14 +722,20 @@ Variant FromJsonValue(Json const& json) {
     case Json::value_t::string:
       return Variant(json.get_ref<std::string const&>());
     case Json::value_t::array: {
+      if (depth >= Variant::kMaxDepth) *too_deep = true;
+      if (*too_deep) return Variant();
       Variant::Array out;
       out.reserve(json.size());
-      for (auto const& item : json) out.push_back(FromJsonValue(item));
+      for (auto const& item : json) out.push_back(FromJsonValue(item, too_deep, depth + 1));
       return Variant(std::move(out));
     }
     case Json::value_t::object: {
+      if (depth >= Variant::kMaxDepth) *too_deep = true;
+      if (*too_deep) return Variant();
       Variant::Map out;
-      for (auto it = json.begin(); it != json.end(); ++it) out.emplace(it.key(), FromJsonValue(it.value()));
+      for (auto it = json.begin(); it != json.end(); ++it) {
+        out.emplace(it.key(), FromJsonValue(it.value(), too_deep, depth + 1));
+      }
       return Variant(std::move(out));
     }
     default:
@@ -667,6 +764,7 @@ class VariantSaxBuilder {
   bool binary(Binary&) { return false; }
 
   bool start_object(std::size_t) {
+    if (!MayOpen()) return false;
     Variant* map = Place(Variant(kVariantTypeMap));
     stack_.push_back(map);
     return true;
@@ -680,6 +778,7 @@ class VariantSaxBuilder {
     return true;
   }
   bool start_array(std::size_t) {
+    if (!MayOpen()) return false;
     Variant* array = Place(Variant(kVariantTypeArray));
     stack_.push_back(array);
     return true;
@@ -690,7 +789,15 @@ class VariantSaxBuilder {
   }
   bool parse_error(std::size_t, std::string const&, nlohmann::detail::exception const&) { return false; }
 
+  bool too_deep() const { return too_deep_; }
+
  private:
+  bool MayOpen() {
+    if (stack_.size() < static_cast<size_t>(Variant::kMaxDepth)) return true;
+    too_deep_ = true;
+    return false;
+  }
+
   bool Put(Variant&& value) {
     Place(std::move(value));
     return true;
@@ -722,6 +829,7 @@ class VariantSaxBuilder {
   Variant* root_;
   std::vector<Variant*> stack_;
   std::string key_;
+  bool too_deep_ = false;
 };
 
 }  // namespace
@@ -749,7 +857,13 @@ std::string Variant::ToJson() const { return Dump(ToJsonValue(*this, KeyFilter()
 
 bool Variant::FromJson(json::JsonValue const& value) {
   if (value.raw().is_discarded()) return false;
-  *this = FromJsonValue(value.raw());
+  bool too_deep = false;
+  Variant result = FromJsonValue(value.raw(), &too_deep);
+  if (too_deep) {
+    TXLOG_WARN << "[variant] JSON nested deeper than " << kMaxDepth << " levels refused";
+    return false;
+  }
+  *this = std::move(result);
   return true;
 }
 
@@ -763,6 +877,10 @@ bool Variant::FromJsonStr(char const* text, std::ptrdiff_t length) {
     ok = Json::sax_parse(text, text + size, &builder);
   } catch (std::exception const&) {
     ok = false;
+  }
+  if (builder.too_deep()) {
+    TXLOG_WARN << "[variant] JSON nested deeper than " << kMaxDepth << " levels refused";
+    return false;
   }
   if (!ok) return false;
   *this = std::move(result);

@@ -54,6 +54,10 @@ class Variant {
   // Set on an integer made from an unsigned value above INT64_MAX, so that it
   // prints, converts and compares as that unsigned number.
   static constexpr uint32_t kFlagUnsigned = 0x20;
+  // The deepest nesting of arrays and maps that JSON text may carry: deeper
+  // text is refused. Values built in code may nest deeper: they are copied,
+  // compared and destroyed at any depth, and print as null below this depth.
+  static constexpr int kMaxDepth = 512;
 
   Variant() noexcept = default;
   explicit Variant(VariantType type);
@@ -176,12 +180,15 @@ class Variant {
   // A string yields itself, numbers and booleans their text, null "",
   // containers their compact JSON.
   std::string ToString() const;
-  // Compact JSON text of the value (pointers as their address).
+  // Compact JSON text of the value (pointers as their address); what nests
+  // deeper than kMaxDepth prints as null.
   std::string ToJson() const;
-  // Replaces this value with the JSON value; returns false for an invalid one.
+  // Replaces this value with the JSON value; returns false for an invalid one
+  // or one nested deeper than kMaxDepth, leaving this value unchanged.
   bool FromJson(json::JsonValue const& value);
   // Parses `length` bytes of JSON text (or up to the NUL when length is -1).
-  // On malformed text the value is left unchanged and false is returned.
+  // On malformed text, or text nested deeper than kMaxDepth, the value is
+  // left unchanged and false is returned.
   bool FromJsonStr(char const* text, std::ptrdiff_t length = -1);
 
   // True when the two share container storage (a copy not yet written to).
@@ -202,6 +209,13 @@ class Variant {
     return t == kVariantTypeString || t == kVariantTypeArray || t == kVariantTypeMap;
   }
   void Release() noexcept;
+  // Frees a container box whose last reference is gone, and through it every
+  // container only it held, without recursing deeper than a fixed bound.
+  static void FreeContainer(uint32_t type, Shared* box) noexcept;
+  // Equality that recurses a fixed number of levels and walks deeper values
+  // with a list of its own.
+  static bool Equal(Variant const& a, Variant const& b, int depth) noexcept;
+  static bool EqualDeep(Variant const& a, Variant const& b) noexcept;
   void Retain() const noexcept;
   void Detach();
   Map* MutableMap();
