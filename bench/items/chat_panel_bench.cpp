@@ -548,7 +548,7 @@ int main(int argc, char** argv) {
   }
   if (wanted("memory")) MeasureMemory(storm * 10);
   if (wanted("scroll")) RunScrolls(app, std::max(1, runs / 2), scroll);
-  if (wanted("worst")) RunWorst(app, std::max(1, runs / 2));
+  if (wanted("worst")) RunWorst(app, std::max(3, runs / 2));
   base::threading::LooperThread::ShutdownFileLooper();
   return 0;
 }
