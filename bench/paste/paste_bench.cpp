@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "uikit/richedit/html_parser.h"
+#include "qt_bench_main.h"
 
 namespace {
 
@@ -86,11 +87,4 @@ BENCHMARK(BM_QTextDocumentSetHtml)->ArgName("kind")->Arg(0)->Arg(2)->Arg(3)->Uni
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return RunQtBenchmarks(argc, argv); }

@@ -17,6 +17,7 @@
 #include "devkit/sample_row_widget.h"
 #include "devkit/sample_rows.h"
 #include "devkit/sample_text_list_delegate.h"
+#include "qt_bench_main.h"
 
 namespace {
 
@@ -180,12 +181,4 @@ BENCHMARK(BM_QListView_ScrollStep)->ArgName("paint")->Arg(0)->Arg(1)->Unit(bench
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return RunQtBenchmarks(argc, argv); }

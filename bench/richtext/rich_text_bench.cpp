@@ -10,6 +10,7 @@
 
 #include "chat/ui/desktop/view/chat/text_browser.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
+#include "qt_bench_main.h"
 
 namespace {
 
@@ -284,11 +285,4 @@ BENCHMARK(BM_RichTextLabelPaint)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return RunQtBenchmarks(argc, argv); }

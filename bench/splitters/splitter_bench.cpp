@@ -6,6 +6,7 @@
 
 #include "framework/chat/chat_utils.h"
 #include "sim/meeting_sim.h"
+#include "qt_bench_main.h"
 
 namespace {
 
@@ -129,11 +130,4 @@ BENCHMARK(BM_ParseHostileText)->ArgName("kind")->DenseRange(0, 3)->Unit(benchmar
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication app(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return RunQtBenchmarks(argc, argv); }
