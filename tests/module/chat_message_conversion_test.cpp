@@ -269,8 +269,8 @@ TEST_F(ConversionTest, FilesShowTheirSizeAndState) {
   EXPECT_DOUBLE_EQ(ui.GetDouble("progress"), 0.25);
 
   const std::vector<std::pair<int, std::string>> by_status = {
-      {0, "10.0 MB"}, {3, "10.0 MB"}, {5, "10.0 MB"}, {6, "10.0 MB"}, {9, "10.0 MB"}, {11, "10.0 MB"},
-      {1, "2.5 MB/10.0 MB"}, {7, "2.5 MB/10.0 MB"},
+      {0, "10.0 MB "}, {3, "10.0 MB "}, {5, "10.0 MB "}, {6, "10.0 MB "}, {9, "10.0 MB "}, {11, "10.0 MB "},
+      {1, "2.5 MB/10.0 MB "}, {7, "2.5 MB/10.0 MB "},
       {2, failed("chat.file.status.upload_canceled")}, {4, failed("chat.file.status.upload_failed")},
       {8, failed("chat.file.status.download_failed")}, {10, failed("chat.file.status.download_canceled")},
       {12, failed("chat.file.status.unavailable")}};

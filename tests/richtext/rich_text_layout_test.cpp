@@ -16,7 +16,8 @@ TEST(RichTextLayoutTest, LineLimitEndsInEllipsisOnlyWhereItFits) {
   ASSERT_EQ(label->lines().size(), 3u);
   EXPECT_TRUE(label->IsReachMaxLines());
   EXPECT_EQ(LineText(label->lines()[0]), QStringLiteral("abcdefghij abcdefghij "));
-  EXPECT_EQ(LineText(label->lines()[2]), QStringLiteral("abcdefghij abcdefghij..."));
+  // The "..." follows the piece as laid out, its closing space included.
+  EXPECT_EQ(LineText(label->lines()[2]), QStringLiteral("abcdefghij abcdefghij ..."));
   EXPECT_EQ(label->height(), label->lines().back().rect.bottom());
 
   // A word filling its line keeps all its letters and gets no "...".
@@ -49,6 +50,13 @@ TEST(RichTextLayoutTest, SinglePieceRunsMoveWholeOrAreCut) {
   EXPECT_LT(first.size(), long_link.size());
   EXPECT_LE(cut->lines()[0].rect.width(), 200);
   EXPECT_TRUE(LineText(cut->lines()[1]).endsWith(QStringLiteral("tail")));
+
+  // Whether the run fits is measured on its whole content: a first
+  // paragraph that would fit does not keep a longer run on the line.
+  auto whole = MakeLabel({Text(QStringLiteral("see ")), Text(QStringLiteral("ab\ncdefghijklmnopqrstuvwxyz"), 14, 0)},
+                         Advance(QStringLiteral("see ab")) + 20);
+  ASSERT_EQ(whole->lines().size(), 2u);
+  EXPECT_EQ(LineText(whole->lines()[0]), QStringLiteral("see "));
 
   // One piece also when it starts a line: its second paragraph is cut away.
   RichTextBlock wide = Text(QStringLiteral("x"));

@@ -310,12 +310,14 @@ std::string ChatMessageBizModel::FileStatusText(Variant const& info) {
     return Text(kTextFileSecurityBlocked);
   }
   const int64_t size = info.GetInteger("size");
+  // The text starts with the size and a blank; a transfer shows how much of
+  // it is done in place of the size.
   const std::string total = talvex::ChatFileUtils::DisplayFileSize(size);
   switch (status) {
     case kFileUploading:
     case kFileDownloading: {
       const auto done = static_cast<int64_t>(static_cast<double>(size) * info.GetDouble("progress"));
-      return talvex::ChatFileUtils::DisplayFileSize(done) + "/" + total;
+      return talvex::ChatFileUtils::DisplayFileSize(done) + "/" + total + " ";
     }
     case kFileUploadCanceled:
       return total + " " + Text(kTextFileUploadCanceled);
@@ -331,7 +333,7 @@ std::string ChatMessageBizModel::FileStatusText(Variant const& info) {
     case kFileUnavailable:
       return total + " " + Text(kTextFileUnavailable);
     default:
-      return total;
+      return total + " ";
   }
 }
 

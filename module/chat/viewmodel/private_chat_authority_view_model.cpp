@@ -129,8 +129,7 @@ void PrivateChatAuthorityViewModel::BuildMenu() {
 }
 
 void PrivateChatAuthorityViewModel::ShowFirstTip() {
-  // The tip points at the menu, which only host and co-host have.
-  if (!talvex_common::utils::webinar::IsMeetingWebinar() || !talvex_common::utils::member::IsSelfHostOrCoHost()) return;
+  if (!talvex_common::utils::webinar::IsMeetingWebinar()) return;
   if (ReadLocalSetting(kFirstTipKey, Variant(false)).AsBoolean()) return;
   SetPropValue(kPropFirstTip, GetLocalizedString(kTextAuthorityFirstTip));
   WriteLocalSetting(kFirstTipKey, Variant(true));

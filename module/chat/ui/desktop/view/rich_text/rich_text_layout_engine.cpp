@@ -158,12 +158,10 @@ void RichTextLayoutEngine::CalculateForTextType(RichTextLine& line, RichTextBloc
   int x = line.rect.width() + block.margins.left();
   bool wrap = max_render_width_ <= x;
   if (!wrap && run.max_lines == 0) {
-    // A run that wants one piece moves whole to the next line when it does
-    // not fit the rest of this one; only its first paragraph is shown.
+    // A run that wants one piece moves whole to the next line when its whole
+    // content does not fit the rest of this one.
     run.max_lines = 1;
-    const QString first = run.content.section(QLatin1Char('\n'), 0, 0);
-    const QString shown = first.endsWith(QLatin1Char('\r')) ? first.left(first.size() - 1) : first;
-    wrap = max_render_width_ - x < RichTextMeasure::Advance(metrics, shown);
+    wrap = max_render_width_ - x < RichTextMeasure::Advance(metrics, run.content);
   }
   if (wrap && !line.blocks.empty()) {
     SaveAndBuildNextLine(line);
@@ -214,11 +212,9 @@ void RichTextLayoutEngine::CalculateForTextType(RichTextLine& line, RichTextBloc
     if (ends_paragraph) piece_text.chop(1);
     if (result_.reach_max_lines && last) {
       // The "..." goes in only where it fits; it never replaces characters.
-      QString trimmed = piece_text;
-      while (!trimmed.isEmpty() && trimmed.back().isSpace()) trimmed.chop(1);
-      const int width = RichTextMeasure::Advance(metrics, trimmed);
+      const int width = RichTextMeasure::Advance(metrics, piece_text);
       if (line.rect.width() + width + run.pixel_size <= max_render_width_) {
-        piece_text = trimmed + QStringLiteral("...");
+        piece_text += QStringLiteral("...");
         piece_size.setWidth(RichTextMeasure::Advance(metrics, piece_text));
       }
     }

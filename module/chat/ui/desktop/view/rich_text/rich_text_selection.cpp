@@ -138,9 +138,7 @@ void RichTextSelection::UpdateSelectionState(int kind, QPoint const& global_pos,
 }
 
 void RichTextSelection::SelectContent(QPoint const& from, QPoint const& to, bool select_all) {
-  // Selecting everything twice is one selection; a range always applies, so
-  // that a drag across rows can narrow or move a partial selection.
-  if (!selectable_ || (select_all && all_selected_)) return;
+  if (!selectable_ || all_selected_ == select_all) return;
   selecting_ = false;
   all_selected_ = select_all;
   const RichTextHitTester hit = HitTester();
