@@ -214,7 +214,7 @@ TEST(TXTimer, SingleShotFiresOnceOnTheMainThreadAndCanBeStartedAgain) {
   t->Start(5, 0);
   EXPECT_TRUE(t->IsActive());
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 1; }));
-  talvex_test::SpinFor(60);
+  talvex_test::SpinFor(20);
   EXPECT_EQ(fired, 1);
   EXPECT_TRUE(on_main);
   EXPECT_FALSE(t->IsActive());
@@ -231,7 +231,7 @@ TEST(TXTimer, RepeatsUntilStopped) {
   t->Stop();
   EXPECT_FALSE(t->IsActive());
   const int at_stop = fired;
-  talvex_test::SpinFor(50);
+  talvex_test::SpinFor(20);
   EXPECT_EQ(fired, at_stop);
 }
 
@@ -257,8 +257,55 @@ TEST(TXTimer, NeverFiresAfterStopOrDestruction) {
   self_deleting->Start(1, 1);
 
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 2; }));
-  talvex_test::SpinFor(60);
+  talvex_test::SpinFor(20);
   EXPECT_EQ(fired, 2);
   EXPECT_EQ(self_deleting, nullptr);
   EXPECT_FALSE(self_stopping->IsActive());
+}
+
+TEST(ManualTimerClock, FiresDueTimersInTimeOrderWithoutWaiting) {
+  std::vector<std::string> log;
+  std::unique_ptr<timer::TXTimer> follow_up, a, b, repeating;
+  auto clock = std::make_unique<timer::ManualTimerClock>();
+  auto at = [&](char const* name) { return std::string(name) + "@" + std::to_string(clock->now_ms()); };
+  a = timer::CreateTimer([&] {
+    log.push_back(at("a"));
+    // Started by a callback and due within the same move: fires in it.
+    follow_up->Start(50, 0);
+  });
+  b = timer::CreateTimer([&] { log.push_back(at("b")); });
+  repeating = timer::CreateTimer([&] {
+    log.push_back(at("r"));
+    if (clock->now_ms() >= 300) repeating.reset();
+  });
+  follow_up = timer::CreateTimer([&] { log.push_back(at("f")); });
+  a->Start(200, 0);
+  b->Start(150, 0);
+  repeating->Start(100, 1);
+  EXPECT_EQ(clock->active_count(), 3u);
+
+  clock->Advance(99);
+  EXPECT_TRUE(log.empty());
+  clock->Advance(301);
+  // Equal times fire in the order the timers were started.
+  EXPECT_EQ(log, (std::vector<std::string>{"r@100", "b@150", "a@200", "r@200", "f@250", "r@300"}));
+  EXPECT_EQ(repeating, nullptr) << "deleted from its own callback";
+  EXPECT_EQ(clock->now_ms(), 400);
+  EXPECT_EQ(clock->active_count(), 0u);
+
+  b->Start(10, 0);
+  b->Stop();
+  EXPECT_FALSE(clock->FireNext()) << "a stopped timer never fires";
+  b->Start(10, 0);
+  EXPECT_TRUE(clock->FireNext());
+  EXPECT_EQ(log.back(), "b@410");
+
+  // Timers made on a clock outlive it without firing; new ones use the event loop.
+  clock.reset();
+  b->Start(0, 0);
+  EXPECT_FALSE(b->IsActive());
+  int fired = 0;
+  auto real = timer::CreateTimer([&] { ++fired; });
+  real->Start(0, 0);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return fired == 1; }));
 }

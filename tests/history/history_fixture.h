@@ -111,6 +111,8 @@ class HistoryFixture : public ::testing::Test {
     return record && record->GetInt32("chat_type") == -1;
   }
 
+  // First, so that every timer the meeting and the chat make runs on it.
+  talvex_test::TestClock clock_;
   sim::MeetingSimulator meeting_;
   chat::ChatModuleRuntime runtime_;
   std::shared_ptr<framework::RecordingUIService> ui_ = std::make_shared<framework::RecordingUIService>();

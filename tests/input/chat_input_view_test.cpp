@@ -406,7 +406,7 @@ TEST_F(ChatInputViewTest, ADrainOrAnAnswerAfterTheViewWentStopsThere) {
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return log.Contains("self is released"); }));
   ASSERT_TRUE(widget);
   const QString text = widget->edit()->toPlainText();
-  talvex_test::SpinFor(50);
+  talvex_test::SpinFor(3 * ChatInputView::kDrainIntervalMs);
   EXPECT_EQ(widget->edit()->toPlainText(), text);
   vm_->SetPropValue(ChatInputView::kPropClearInput, nullptr);
   widget->send_button()->click();

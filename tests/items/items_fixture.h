@@ -91,6 +91,8 @@ class MeetingTest : public ::testing::Test {
   }
 
   const sim::Sender kAvery{"u-avery", "Avery Quinn"};
+  // First, so that every timer the meeting and the chat make runs on it.
+  talvex_test::TestClock clock_;
   sim::MeetingSimulator meeting_;
 };
 

@@ -41,7 +41,7 @@ TEST_F(SendFileTest, FiveFilesGoAndSixAreRefusedByCount) {
   const Strings three = TakeRefusals();
   ASSERT_EQ(three.size(), 1u);
   EXPECT_NE(three[0].find('2'), std::string::npos) << three[0];
-  talvex_test::SpinFor(60);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u);
 }
 
@@ -70,7 +70,7 @@ TEST_F(SendFileTest, OneBadFileRefusesTheWholeBatchBeforeAnyCopy) {
   const Strings over = TakeRefusals();
   ASSERT_EQ(over.size(), 1u);
   EXPECT_NE(over[0].find(Text("chat.file.max_size_desc")), std::string::npos) << over[0];
-  talvex_test::SpinFor(60);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u) << "the good file of a refused batch stays too";
 }
 
@@ -132,7 +132,7 @@ TEST_F(SendFileTest, SwitchesOfTheMeetingAndTheOrganizationStopFiles) {
   ChooseReceiver(Receiver("gone"));
   EXPECT_FALSE(SendFiles(FileParams({path})));
   EXPECT_EQ(TakeRefusals(), Strings{Text("chat.send.member_left")});
-  talvex_test::SpinFor(50);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u);
 }
 

@@ -49,7 +49,7 @@ TEST_F(SendTextTest, MixedPiecesGoInOrderUpTo3000CharactersAndOneMoreStopsTheWho
   meeting_.messages().ClearInvocations();
   SendMixed(Variant::Array{TextItem("first piece"), TextItem(at_limit + "x"), ImageItem(png)});
   EXPECT_EQ(TakeRefusals(), Strings{Text("chat.send.text_too_long")});
-  talvex_test::SpinFor(100);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u) << "nothing of the list goes out";
   EXPECT_EQ(mixed_sent_.size(), 1u);
 }
@@ -221,7 +221,7 @@ TEST_F(SendTextTest, APublicSendWaitsForTheReminderAndAPrivateOneClearsIt) {
   for (int type = 0; type < 4; ++type) EXPECT_EQ(reminders_[type].GetInteger("send_type"), type);
   EXPECT_TRUE(reminders_[3].Get("message_info").IsArray());
   EXPECT_TRUE(mixed_sent_.empty());
-  talvex_test::SpinFor(50);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u);
 
   ChooseReceiver(Receiver("u2"));
@@ -280,7 +280,7 @@ TEST_F(SendImageTest, RefusalsComeInOrderAndWebpIsRefusedBeforeTheDiskIsAsked) {
   EXPECT_FALSE(SendImage(ImageParams(png)));
   EXPECT_FALSE(SendFiles(FileParams({png})));
   EXPECT_EQ(TakeRefusals(), Strings(2, Text("chat.send.no_file_and_picture")));
-  talvex_test::SpinFor(50);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u);
 }
 
@@ -313,7 +313,7 @@ TEST_F(SendImageTest, PayloadsOfTheWrongShapeAreIgnored) {
   meeting_.messages().FireEvent(34, &text);
   SendMixed(Variant::Array{7, no_keys});
   EXPECT_EQ(mixed_sent_.size(), 1u) << "only the list that was a list went through";
-  talvex_test::SpinFor(50);
+  talvex_test::DrainLoopers();
   EXPECT_EQ(AllSends(), 0u);
   EXPECT_EQ(TakeRefusals(), Strings{});
 }

@@ -5,7 +5,11 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QThread>
+#include <algorithm>
+#include <atomic>
 #include <memory>
+
+#include "base/threading/looper.h"
 
 namespace talvex_test {
 namespace {
@@ -34,24 +38,58 @@ std::string TempRoot() {
   return Root()->path().toStdString();
 }
 
+namespace {
+TestClock* g_clock = nullptr;
+}  // namespace
+
+TestClock::TestClock() { g_clock = this; }
+TestClock::~TestClock() { g_clock = nullptr; }
+TestClock* TestClock::Current() { return g_clock; }
+
 bool WaitUntil(std::function<bool()> const& done, int timeout_ms) {
   QElapsedTimer timer;
   timer.start();
   while (!done()) {
     if (timer.elapsed() > timeout_ms) return false;
     QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    QThread::msleep(1);
+    if (g_clock) {
+      // What a timer's callback posts is handled before `done` is asked, as
+      // the event loop would handle it.
+      g_clock->Advance(TestClock::kStepMs);
+      QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    } else {
+      QThread::msleep(1);
+    }
   }
   return true;
 }
 
 void SpinFor(int ms) {
+  if (g_clock) {
+    // The clock's timers fire in order, with the event loop turned between steps.
+    for (int moved = 0; moved < ms; moved += TestClock::kStepMs) {
+      QCoreApplication::processEvents(QEventLoop::AllEvents);
+      g_clock->Advance(std::min(TestClock::kStepMs, ms - moved));
+    }
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+    return;
+  }
   QElapsedTimer timer;
   timer.start();
   while (timer.elapsed() < ms) {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     QThread::msleep(1);
   }
+}
+
+void DrainLoopers() {
+  using base::threading::LooperThread;
+  auto done = std::make_shared<std::atomic<bool>>(false);
+  LooperThread::FileLooper()->PostTask([done] {
+    LooperThread::MainLooper()->PostTask([done] { done->store(true); });
+  });
+  WaitUntil([done] { return done->load(); });
+  QCoreApplication::processEvents(QEventLoop::AllEvents);
 }
 
 LogCapture::LogCapture() {

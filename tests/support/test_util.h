@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/log/log.h"
+#include "base/timer/tx_timer.h"
 
 namespace talvex_test {
 
@@ -14,10 +15,29 @@ namespace talvex_test {
 void IsolateUserDirectories();
 std::string TempRoot();
 
-// Turns the Qt event loop until `done` holds or `timeout_ms` passes.
+// The host's timers on a clock the test moves: while one lives, every timer
+// made (the history's 400 ms flush, the list's 150 ms batch) fires only as
+// WaitUntil and SpinFor move it, without waiting for real time.
+class TestClock : public talvex_common::utils::timer::ManualTimerClock {
+ public:
+  // Each turn of WaitUntil moves the clock on this far.
+  static constexpr int kStepMs = 10;
+  TestClock();
+  ~TestClock();
+  static TestClock* Current();
+};
+
+// Turns the Qt event loop until `done` holds or `timeout_ms` passes; with a
+// TestClock, each turn also moves it on by TestClock::kStepMs.
 bool WaitUntil(std::function<bool()> const& done, int timeout_ms = 5000);
-// Turns the event loop for `ms`.
+// Turns the event loop for `ms`; with a TestClock, moves it on by `ms`
+// instead of waiting for them.
 void SpinFor(int ms);
+
+// Returns once every task already posted to the file looper has run and the
+// main thread has handled what those tasks posted back: after it, nothing
+// posted before is still on its way. For tests that something did not happen.
+void DrainLoopers();
 
 // Collects the log lines printed while it lives.
 class LogCapture {

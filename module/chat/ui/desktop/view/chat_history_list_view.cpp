@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 #include "base/log/log.h"
+#include "base/timer/tx_timer.h"
 #include "chat/ui/desktop/view/chat/chat_item.h"
 #include "chat/ui/desktop/view/chat/chat_message_view.h"
 #include "chat/ui/desktop/view/chat/chat_message_widget.h"
@@ -197,6 +198,7 @@ void ChatHistoryListView::OnViewModelBoundEx(framework::StatefulViewModel* view_
 }
 
 void ChatHistoryListView::OnDispose() {
+  batch_timer_.reset();
   for (auto& entry : row_views_) entry.second->DisposeViewModel();
   row_views_.clear();
   guard_.reset(new QObject());
@@ -371,7 +373,8 @@ void ChatHistoryListView::QueueUpdate(Variant const& update) {
   const bool was_empty = pending_updates_.AsArray().empty();
   pending_updates_.Add(update);
   if (!was_empty) return;
-  QTimer::singleShot(kBatchDelayMs, guard_.get(), [this] { FlushUpdates(); });
+  if (!batch_timer_) batch_timer_ = talvex_common::utils::timer::CreateTimer([this] { FlushUpdates(); });
+  batch_timer_->Start(kBatchDelayMs, 0);
 }
 
 void ChatHistoryListView::RebuildIndex() {

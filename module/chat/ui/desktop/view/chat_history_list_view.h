@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/timer/tx_timer.h"
 #include "base/variant/variant.h"
 #include "chat/ui/desktop/view/list/chat_reuse_list_widget_delegate.h"
 #include "framework/view/app_view.h"
@@ -93,6 +94,8 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   QPointer<ChatUnreadMsgWidget> unread_widget_;
   // Owns the timers and connections: all of them end with the view.
   std::unique_ptr<QObject> guard_;
+  // Applies the updates queued within kBatchDelayMs at once.
+  std::unique_ptr<talvex_common::utils::timer::TXTimer> batch_timer_;
   Variant pending_updates_;
   Variant pending_height_ids_;
   bool scroll_to_bottom_once_ = false;
