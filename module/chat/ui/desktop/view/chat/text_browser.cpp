@@ -152,7 +152,7 @@ void TextBrowser::SetContent(QList<QVariantMap> const& entries, bool is_self) {
     const QString link_color = is_self ? "#FFFFFF" : "#006FFF";
     blocks.push_back(Decoration(QStringLiteral("..."), color, false));
     blocks.push_back(Decoration(ShowAllText(), link_color, true));
-    TXLOG(base::log::kLogVerbose) << "long message shortened, shown " << shown_length_ << " of "
+    TXLOG_VERBOSE << "long message shortened, shown " << shown_length_ << " of "
                                   << plain_text_.size();
   }
   label_->SetRichText(blocks, max_text_width_, -1);

@@ -200,7 +200,7 @@ int ChatReuseListWidget::DoHandleItem(AddMode mode, int index, int* y, int posit
   QFReuseWidget* widget = delegate ? delegate->ItemWidgetAtIndex(this, index) : nullptr;
   const int old_height = item_heights_[index];
   if (!widget) {
-    TXLOG(base::log::kLogError) << "add widget return nullptr, please check";
+    TXLOG_ERROR << "add widget return nullptr, please check";
     // The row keeps its space and its place in the used list, so that the
     // rows after it stay where they belong and keep their widgets.
     *y += old_height + item_spacing_;
@@ -292,7 +292,7 @@ void ChatReuseListWidget::ReuseWidgetForValue(int value) {
   // Rows without a widget (the delegate gave none) count as missing here.
   const int used_count = used_items_.size() - used_items_.count(nullptr);
   if (end_index_ + 1 - start_index_ != used_count) {
-    TXLOG(base::log::kLogWarning) << "index and count mismatched, please check!"
+    TXLOG_WARN << "index and count mismatched, please check!"
                                   << " start index is " << start_index_ << ", end index is " << end_index_
                                   << ", used item count is " << used_count << ", start value is " << value;
   }
@@ -434,14 +434,14 @@ void ChatReuseListWidget::ReloadItems(std::vector<int> const& indices) {
 void ChatReuseListWidget::DiffUpdate(QFDiffResult const& diff) {
   ChatReuseListWidgetDelegate* delegate = Delegate();
   if (!delegate) {
-    TXLOG(base::log::kLogNotice) << "no delegate to handle list update.";
+    TXLOG_NOTICE << "no delegate to handle list update.";
     return;
   }
   if (diff.IsEmpty()) {
-    TXLOG(base::log::kLogNotice) << "no changes in this list.";
+    TXLOG_NOTICE << "no changes in this list.";
     return;
   }
-  TXLOG(base::log::kLogInfo) << "list update with " << diff.deletes().size() << " delete(s), "
+  TXLOG_INFO << "list update with " << diff.deletes().size() << " delete(s), "
                              << diff.inserts().size() << " insert(s), " << diff.moves().size() << " move(s), "
                              << diff.updates().size() << " update(s).";
   in_update_ = true;
@@ -553,7 +553,7 @@ void ChatReuseListWidget::FixVisibleItems(DiffContext* context) {
       if (widget) {
         OnWidgetReused(widget);
       } else {
-        TXLOG(base::log::kLogError) << "item must not be nullptr here, please check & fix it!";
+        TXLOG_ERROR << "item must not be nullptr here, please check & fix it!";
       }
       items[position] = widget;
     }
@@ -973,6 +973,6 @@ void ChatReuseListWidget::GetSelectionVecIndex(std::vector<int>* out_indices) co
     const int row = delegate->ItemIndexAtUniSting(self, it.key());
     if (row >= 0) out_indices->push_back(row);
   }
-  TXLOG(base::log::kLogInfo) << "origin select count:" << selection_map_.size()
+  TXLOG_INFO << "origin select count:" << selection_map_.size()
                              << ", real select count:" << (out_indices->size() - before);
 }

@@ -49,7 +49,7 @@ RichTextBlock RichTextBlock::Text(QString const& content, int pixel_size, QStrin
 
 bool RichTextBlock::AcceptsTypeOf(RichTextBlock const& other) const {
   if (type == kEmpty || type == other.type) return true;
-  TXLOG(base::log::kLogError) << "rich text type is not match, myself:" << type << ", other:" << other.type;
+  TXLOG_ERROR << "rich text type is not match, myself:" << type << ", other:" << other.type;
   return false;
 }
 

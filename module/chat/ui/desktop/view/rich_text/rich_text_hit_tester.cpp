@@ -68,7 +68,7 @@ RichTextSelectPos RichTextHitTester::LastPlace() const {
 
 RichTextSelectPos RichTextHitTester::SearchTheNearestPosOfMouse(QPoint const& pos) const {
   if (lines_.empty()) {
-    TXLOG(base::log::kLogNotice) << "this text does have any lines, select the first";
+    TXLOG_NOTICE << "this text does have any lines, select the first";
     return FirstPlace();
   }
   if (!widget_rect_.contains(pos)) {
@@ -86,7 +86,7 @@ RichTextSelectPos RichTextHitTester::SearchTheNearestPosOfMouse(QPoint const& po
   const int block_index = BlockByX(line, pos.x(), x);
   const int count = static_cast<int>(line.blocks.size());
   if (block_index < 0 || block_index >= count) {
-    TXLOG(base::log::kLogError) << "invalid block position, please call jorvelan, idx:" << block_index
+    TXLOG_ERROR << "invalid block position, please call jorvelan, idx:" << block_index
                                 << ", cnt:" << count;
     return LastPlace();
   }
@@ -239,13 +239,13 @@ RichTextSelectPos RichTextHitTester::PlaceInText(int line, int block, int index)
 
 void RichTextHitTester::GetLastBlockPositionOfLine(int line, int& out_block, int& out_index, int& out_x) const {
   if (line < 0 || line >= static_cast<int>(lines_.size())) {
-    TXLOG(base::log::kLogError) << "invalid line position:" << line << ", call jorvelan";
+    TXLOG_ERROR << "invalid line position:" << line << ", call jorvelan";
     return;
   }
   RichTextLine const& target = lines_[line];
   out_block = static_cast<int>(target.blocks.size()) - 1;
   if (out_block < 0) {
-    TXLOG(base::log::kLogNotice) << "this line does have any blocks, last line index:" << line;
+    TXLOG_NOTICE << "this line does have any blocks, last line index:" << line;
     return;
   }
   out_x = target.rect.isEmpty() ? 0 : target.rect.right();

@@ -25,7 +25,7 @@ void RichTextLabel::SetRichText(std::vector<RichTextBlock> const& blocks, int ma
   // types is refused, so the old list is never assigned over.
   std::vector<RichTextBlock> copy(blocks);
   source_blocks_.swap(copy);
-  if (source_blocks_.empty()) TXLOG(base::log::kLogError) << "empty rich resource";
+  if (source_blocks_.empty()) TXLOG_ERROR << "empty rich resource";
   PreCalculateItemSize();
   UpdateRichText(max_render_width, max_lines, true);
   UpdateMouseTracking();
@@ -33,15 +33,15 @@ void RichTextLabel::SetRichText(std::vector<RichTextBlock> const& blocks, int ma
 
 void RichTextLabel::UpdateRichText(int max_render_width, int max_lines, bool force) {
   // Per layout: debug level, or the log fills with one line a bubble.
-  TXLOG(base::log::kLogVerbose) << "update rich text info, source_count:" << source_blocks_.size()
+  TXLOG_VERBOSE << "update rich text info, source_count:" << source_blocks_.size()
                                 << " max render width : " << max_render_width << ", max lines : " << max_lines
                                 << ", force:" << force;
   if (!force && max_render_width == max_render_width_ && max_lines == max_lines_) {
-    TXLOG(base::log::kLogVerbose) << "skip update for same render rule";
+    TXLOG_VERBOSE << "skip update for same render rule";
     return;
   }
   if (max_render_width < 0) {
-    TXLOG(base::log::kLogError) << "invalid max render width, please check";
+    TXLOG_ERROR << "invalid max render width, please check";
     max_render_width = qMax(12, width());
   }
   max_render_width_ = max_render_width;

@@ -48,7 +48,7 @@ RichTextLayoutResult RichTextLayoutEngine::CalculateItemSize(std::vector<RichTex
     types << "[ ";
     for (auto const& block : source) types << block.type << " ";
     types << "]";
-    TXLOG(base::log::kLogNotice) << "no split lines found, please check the source, type:" << types.str();
+    TXLOG_NOTICE << "no split lines found, please check the source, type:" << types.str();
     SaveAndBuildNextLine(line);
   }
   return std::move(result_);
@@ -58,7 +58,7 @@ bool RichTextLayoutEngine::CheckCurrentLinesIsLimit(RichTextLine const& line) {
   if (max_lines_ <= 0) return false;
   const int saved = static_cast<int>(result_.lines.size());
   if (saved > max_lines_) {
-    TXLOG(base::log::kLogError) << "line count:" << saved << " is max than restricted lines " << max_lines_;
+    TXLOG_ERROR << "line count:" << saved << " is max than restricted lines " << max_lines_;
     return true;
   }
   return saved == max_lines_ && line.rect.isEmpty();
@@ -66,7 +66,7 @@ bool RichTextLayoutEngine::CheckCurrentLinesIsLimit(RichTextLine const& line) {
 
 void RichTextLayoutEngine::SaveAndBuildNextLine(RichTextLine& line) {
   if (line.blocks.empty()) {
-    TXLOG(base::log::kLogError) << "empty rich blocks in lines, please call jorvelan";
+    TXLOG_ERROR << "empty rich blocks in lines, please call jorvelan";
     RichTextBlock placeholder(RichTextBlock::kText, RichTextBlock::kAlignBottom,
                               QSize(kPlaceholderSize, kPlaceholderSize));
     placeholder.text->color = QStringLiteral("black");
@@ -191,7 +191,7 @@ void RichTextLayoutEngine::CalculateForTextType(RichTextLine& line, RichTextBloc
     RichTextMeasure::SplitParagraph(QPoint(x, 0), max_render_width_, block.size.height(), font, metrics,
                                     paragraphs[i], piece_strings, piece_rects, more, allowed);
     if (max_lines_ > 0 && allowed == budget && more) {
-      TXLOG(base::log::kLogVerbose) << "text has reach to maxlines and left content";
+      TXLOG_VERBOSE << "text has reach to maxlines and left content";
       result_.reach_max_lines = true;
     }
     x = 0;

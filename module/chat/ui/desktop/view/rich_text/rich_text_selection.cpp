@@ -9,10 +9,10 @@
 
 void RichTextSelection::SetContentSelectable(bool selectable, bool use_native, QString const& bg_color) {
   // Every bind of a row: debug level.
-  TXLOG(base::log::kLogVerbose) << "set content selectable:" << selectable << ", use native:" << use_native
+  TXLOG_VERBOSE << "set content selectable:" << selectable << ", use native:" << use_native
                                 << ", bg color:" << bg_color.toStdString();
   if (selectable && bg_color.isEmpty()) {
-    TXLOG(base::log::kLogError) << "invalid selection bg color";
+    TXLOG_ERROR << "invalid selection bg color";
     return;
   }
   if (!selectable) ClearContentSelection();
@@ -35,7 +35,7 @@ void RichTextSelection::Reset() {
 
 QString RichTextSelection::CopyContentSelection() {
   if (!owner_ || !start_.IsValid() || !end_.IsValid()) {
-    TXLOG(base::log::kLogNotice) << "invalid selection state, skip copy";
+    TXLOG_NOTICE << "invalid selection state, skip copy";
     return QString();
   }
   if (end_ < start_) std::swap(start_, end_);
@@ -53,7 +53,7 @@ void RichTextSelection::OnMousePressed(QPoint const& pos, bool native) {
   Reset();
   start_ = HitTester().SearchTheNearestPosOfMouse(pos);
   if (!start_.IsValid()) return;
-  TXLOG(base::log::kLogInfo) << "selection is start in line:" << start_.line << ", block:" << start_.block
+  TXLOG_INFO << "selection is start in line:" << start_.line << ", block:" << start_.block
                              << ", index:" << start_.index;
   end_ = start_;
   if (native) selecting_ = true;
@@ -83,7 +83,7 @@ void RichTextSelection::OnMouseRightClick(QPoint const& pos, bool native) {
   if (end_ < start_) std::swap(start_, end_);
   const RichTextSelectPos place = HitTester().SearchTheNearestPosOfMouse(pos);
   if (place < start_ || end_ < place) {
-    TXLOG(base::log::kLogInfo) << "right click position is not in the selection";
+    TXLOG_INFO << "right click position is not in the selection";
     ClearContentSelection();
   }
 }
@@ -104,7 +104,7 @@ bool RichTextSelection::SelectWordAt(QPoint const& pos) {
 void RichTextSelection::OnEnter() {
   if (!selectable_ || !use_native_ || !selecting_) return;
   if (!(QApplication::mouseButtons() & Qt::LeftButton)) {
-    TXLOG(base::log::kLogInfo) << "mouse enter, no left butten pressed, reset selecting mode";
+    TXLOG_INFO << "mouse enter, no left butten pressed, reset selecting mode";
     selecting_ = false;
     Repaint();
   }
@@ -116,14 +116,14 @@ void RichTextSelection::UpdateSelectionState(int kind, QPoint const& global_pos,
   switch (kind) {
     case kStart:
       if (!start_.IsValid()) {
-        TXLOG(base::log::kLogInfo) << "select start at:(" << pos.x() << "," << pos.y() << ")";
+        TXLOG_INFO << "select start at:(" << pos.x() << "," << pos.y() << ")";
         OnMousePressed(pos, false);
       }
       break;
     case kMove:
       if (!start_.IsValid()) {
         // The drag came in from a neighbouring label.
-        TXLOG(base::log::kLogInfo) << "select move without start pos, is direction down:" << is_down;
+        TXLOG_INFO << "select move without start pos, is direction down:" << is_down;
         const RichTextHitTester hit = HitTester();
         start_ = is_down ? hit.FirstPlace() : hit.LastPlace();
       }

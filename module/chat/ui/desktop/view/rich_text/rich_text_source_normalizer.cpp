@@ -5,7 +5,7 @@
 void RichTextSourceNormalizer::Normalize(std::vector<RichTextBlock>& blocks) {
   for (auto& block : blocks) {
     if (block.size.width() < 0 || block.size.height() < 0) {
-      TXLOG(base::log::kLogNotice) << "invalid block size, type:" << block.type << ", width:" << block.size.width()
+      TXLOG_NOTICE << "invalid block size, type:" << block.type << ", width:" << block.size.width()
                                    << ", height:" << block.size.height();
       block.size = QSize(qMax(block.size.width(), 0), qMax(block.size.height(), 0));
     }
@@ -16,7 +16,7 @@ void RichTextSourceNormalizer::Normalize(std::vector<RichTextBlock>& blocks) {
 
 void RichTextSourceNormalizer::NormalizeText(RichTextBlock& block) {
   if (!block.text) {
-    TXLOG(base::log::kLogNotice) << "text block without text property, laid out as empty text";
+    TXLOG_NOTICE << "text block without text property, laid out as empty text";
     block.text = std::make_shared<RichTextPropertyText>();
   }
   RichTextPropertyText& run = *block.text;
@@ -31,24 +31,24 @@ void RichTextSourceNormalizer::NormalizeText(RichTextBlock& block) {
   run.ends_paragraph = false;
   run.source_block = &block;
   if (run.color.isEmpty()) {
-    TXLOG(base::log::kLogNotice) << "invalid color for txt of:" << run.content.toStdString();
+    TXLOG_NOTICE << "invalid color for txt of:" << run.content.toStdString();
     run.color = QStringLiteral("black");
   }
   if (run.pixel_size < 1) {
-    TXLOG(base::log::kLogNotice) << "invalid pixel size for txt of:" << run.content.toStdString();
+    TXLOG_NOTICE << "invalid pixel size for txt of:" << run.content.toStdString();
     run.pixel_size = 12;
   }
 }
 
 void RichTextSourceNormalizer::NormalizeImage(RichTextBlock& block) {
   if (!block.pixmap) {
-    TXLOG(base::log::kLogNotice) << "image block without pixmap property, laid out as an empty image";
+    TXLOG_NOTICE << "image block without pixmap property, laid out as an empty image";
     block.pixmap = std::make_shared<RichTextPropertyPixmap>();
   }
   RichTextPropertyPixmap& image = *block.pixmap;
   if (image.ellipsis_color.isEmpty()) image.ellipsis_color = QStringLiteral("black");
   if (image.ellipsis_pixel_size < 1) {
-    TXLOG(base::log::kLogNotice) << "invalid ellipsis pixel size for img, size:" << image.ellipsis_pixel_size;
+    TXLOG_NOTICE << "invalid ellipsis pixel size for img, size:" << image.ellipsis_pixel_size;
     image.ellipsis_pixel_size = 12;
   }
 }
