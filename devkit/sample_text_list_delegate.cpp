@@ -120,12 +120,12 @@ void SampleTextListDelegate::ItemUnSelectedAtIndex(ChatReuseListWidget* list, in
   if (SampleRowWidget* widget = VisibleWidget(list, index)) widget->SetSelection(Variant());
 }
 
-QString SampleTextListDelegate::ItemUniStingAtIndex(ChatReuseListWidget* list, int index) {
+QString SampleTextListDelegate::ItemUniStingAtIndex(ChatReuseListWidget const* list, int index) {
   if (index < 0 || index >= rows_.size() || rows_[index].kind == SampleRow::kTimeTip) return QString();
   return rows_[index].key;
 }
 
-int SampleTextListDelegate::ItemIndexAtUniSting(ChatReuseListWidget* list, QString const& key) {
+int SampleTextListDelegate::ItemIndexAtUniSting(ChatReuseListWidget const* list, QString const& key) {
   if (index_dirty_) {
     index_of_key_.clear();
     index_of_key_.reserve(rows_.size());

@@ -73,8 +73,8 @@ class SampleTextListDelegate : public QObject, public ChatReuseListWidgetDelegat
   void UpdateItemAtIndex(ChatReuseListWidget* list, int index, QFReuseWidget* widget) override;
   void ItemSelectedAtIndex(ChatReuseListWidget* list, int index, Variant const& record) override;
   void ItemUnSelectedAtIndex(ChatReuseListWidget* list, int index) override;
-  QString ItemUniStingAtIndex(ChatReuseListWidget* list, int index) override;
-  int ItemIndexAtUniSting(ChatReuseListWidget* list, QString const& key) override;
+  QString ItemUniStingAtIndex(ChatReuseListWidget const* list, int index) override;
+  int ItemIndexAtUniSting(ChatReuseListWidget const* list, QString const& key) override;
   void UpdateItemHeight(int index, int height) override;
 
  private:

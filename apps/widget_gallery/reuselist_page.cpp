@@ -33,6 +33,6 @@ GALLERY_PAGE(reuselist, "Reuse list", [](QWidget* parent) -> QWidget* {
   });
   layout->addWidget(caption);
   layout->addWidget(list, 1, Qt::AlignHCenter);
-  list->Reload(-2, 0);
+  list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   return page;
 });

@@ -1,5 +1,5 @@
 // The reuse list against QListView on the same 100,000 chat texts, word
-// wrapped, in one run: the first load (Reload(-2, 0) against the view's first
+// wrapped, in one run: the first load (Reload(ChatReuseListWidget::kStickToBottom, 0) against the view's first
 // layout), one scroll step in the middle, and the widgets each keeps alive.
 //   bench_reuselist [--benchmark_filter=...]
 #include <benchmark/benchmark.h>
@@ -103,7 +103,7 @@ void BM_ReuseList_FirstLoad(benchmark::State& state) {
     state.PauseTiming();
     auto fixture = std::make_unique<ReuseList>(count);
     state.ResumeTiming();
-    fixture->list->Reload(-2, 0);
+    fixture->list->Reload(ChatReuseListWidget::kStickToBottom, 0);
     state.PauseTiming();
     row_widgets = fixture->RowWidgets();
     widgets = fixture->AllWidgets();
@@ -154,7 +154,7 @@ class Walker {
 
 void BM_ReuseList_ScrollStep(benchmark::State& state) {
   ReuseList fixture(100000);
-  fixture.list->Reload(-2, 0);
+  fixture.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   Walker walker(fixture.list->verticalScrollBar());
   const bool paint = state.range(0) != 0;
   for (auto _ : state) {

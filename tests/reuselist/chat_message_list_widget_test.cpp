@@ -17,7 +17,7 @@ int LastRowBottomOnScreen(MessageList const& h) {
 TEST(ChatMessageListWidgetTest, TheHistoryOpensAndStaysAtTheBottomAboveItsBottomMargin) {
   MessageList h(devkit::MakeSampleRows(500), Estimate::kRough);
   QSignalSpy bottom(h.list.get(), &ChatMessageListWidget::ScrollToBottomSignal);
-  h.list->Reload(-2, 0);
+  h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   EXPECT_TRUE(h.list->IsAtBottom());
   EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
   EXPECT_GE(bottom.count(), 1);
@@ -27,14 +27,14 @@ TEST(ChatMessageListWidgetTest, TheHistoryOpensAndStaysAtTheBottomAboveItsBottom
   // New messages keep a reader at the bottom there.
   for (int i = 0; i < 5; ++i) {
     h.delegate->InsertRow(h.delegate->Rows().size(), PlainRow(QString("new%1").arg(i), LongText(10 + 15 * i)));
-    h.list->Reload(-2, 0);
+    h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
     EXPECT_EQ(h.bar()->value(), h.bar()->maximum()) << "message " << i;
     EXPECT_EQ(h.TextAt(h.ViewHeight() - 24 - 10), LongText(10 + 15 * i)) << "message " << i;
   }
   // Also when the message came while the list was hidden.
   h.list->hide();
   h.delegate->InsertRow(h.delegate->Rows().size(), PlainRow("late", "arrived while hidden"));
-  h.list->Reload(-2, 0);
+  h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   h.list->show();
   QApplication::processEvents();
   EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
@@ -43,7 +43,7 @@ TEST(ChatMessageListWidgetTest, TheHistoryOpensAndStaysAtTheBottomAboveItsBottom
 
 TEST(ChatMessageListWidgetTest, ScrollingTellsWhereTheReaderIsAndAResizeKeepsThePlace) {
   MessageList h(devkit::MakeSampleRows(300), Estimate::kRough);
-  h.list->Reload(-2, 0);
+  h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   QSignalSpy bottom(h.list.get(), &ChatMessageListWidget::ScrollToBottomSignal);
   QSignalSpy moved(h.list.get(), &ChatMessageListWidget::ScrollPosChangedSignal);
   QSignalSpy top(h.list.get(), &ChatMessageListWidget::ScrollToTopSignal);

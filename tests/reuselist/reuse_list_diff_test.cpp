@@ -170,7 +170,7 @@ TEST(ReuseListDiffTest, AnyReorderingEndsAsAReloadWould) {
 
 TEST(ReuseListDiffTest, EmptyingAndRefillingTheListByDiffs) {
   ListHarness<> h(PlainRows(5));
-  h.list->Reload(-2, 0);
+  h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   DiffUpdate(h, [](auto& rows) { rows.SetRows({}); });
   EXPECT_EQ(h.list->TotalCount(), 0);
   EXPECT_EQ(h.list->ContentHeight(), 0);

@@ -15,7 +15,7 @@ using Estimate = SampleTextListDelegate::Estimate;
 TEST(ReuseListLayoutTest, RowsStackWithSpacingAndMarginsAtTheListsWidth) {
   ListHarness<> empty({});
   empty.list->SetMargins(QMargins(0, 10, 0, 30));
-  empty.list->Reload(-2, 0);
+  empty.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   EXPECT_EQ(empty.list->ContentHeight(), 0) << "margins do not make an empty list tall";
   EXPECT_EQ(empty.delegate->counters().widget_requests, 0);
   EXPECT_EQ(empty.list->GetFirstFullyVisibleItem(nullptr), -1);
@@ -27,7 +27,7 @@ TEST(ReuseListLayoutTest, RowsStackWithSpacingAndMarginsAtTheListsWidth) {
   ListHarness<> h(rows);
   h.list->SetItemSpacing(6);
   h.list->SetMargins(QMargins(0, 10, 0, 30));
-  h.list->Reload(-1, 0);
+  h.list->Reload(ChatReuseListWidget::kKeepScrollPosition, 0);
   int sum = 0;
   for (int i = 0; i < 40; ++i) sum += h.list->ItemHeightAt(i);
   EXPECT_EQ(h.list->ContentHeight(), sum + 6 * 39 + 10 + 30);
@@ -169,7 +169,7 @@ TEST(ReuseListLayoutTest, ReloadPlacesATargetRowKeepsThePositionOrSticksToTheBot
   // -1: the same place, with the new texts.
   const int value = h.bar()->value();
   h.delegate->SetText(51, "edited");
-  h.list->Reload(-1, 0);
+  h.list->Reload(ChatReuseListWidget::kKeepScrollPosition, 0);
   EXPECT_EQ(h.bar()->value(), value);
   EXPECT_EQ(h.TextAt(h.MiddleOf(51)), "edited");
 
@@ -180,7 +180,7 @@ TEST(ReuseListLayoutTest, ReloadPlacesATargetRowKeepsThePositionOrSticksToTheBot
   // -2: the bottom, even when the last rows measure taller than estimated.
   h.delegate->SetEstimate(Estimate::kRough);
   for (int i = 190; i < 200; ++i) h.delegate->SetText(i, LongText(50));
-  h.list->Reload(-2, 0);
+  h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   EXPECT_EQ(h.bar()->value(), h.bar()->maximum());
   EXPECT_EQ(h.list->EndIndex(), 199);
   h.ExpectConsistentLayout();
@@ -188,7 +188,7 @@ TEST(ReuseListLayoutTest, ReloadPlacesATargetRowKeepsThePositionOrSticksToTheBot
 
   // Going back to the top of a list the content fits in.
   ListHarness<> small(PlainRows(3));
-  small.list->Reload(-2, 0);
+  small.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   EXPECT_EQ(small.bar()->value(), 0);
   EXPECT_EQ(small.list->EndIndex(), 2);
   small.ExpectConsistentLayout();
@@ -364,7 +364,7 @@ TEST(ReuseListLayoutTest, ADeadDelegateMakesEveryOperationANoOp) {
   const int end = h.list->EndIndex();
   const int content = h.list->ContentHeight();
   h.delegate.reset();
-  h.list->Reload(-2, 0);
+  h.list->Reload(ChatReuseListWidget::kStickToBottom, 0);
   h.list->ReloadItems({1, 2});
   QFDiffResult diff;
   diff.AddDelete(0);

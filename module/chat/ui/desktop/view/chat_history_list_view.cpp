@@ -113,7 +113,7 @@ void ChatHistoryListView::OnWidthMaybeChanged() {
     // Rows wrap differently at another width: measure them again, keeping
     // the bottom, or the row being read, where it was.
     if (list_->IsScrollBottom()) {
-      Reload(-2, 0);
+      Reload(ChatReuseListWidget::kStickToBottom, 0);
       return;
     }
     int offset = 0;
@@ -329,11 +329,11 @@ void ChatHistoryListView::ItemUnSelectedAtIndex(ChatReuseListWidget* list, int i
   if (row && row->item()) row->item()->SetSelected(false, Variant());
 }
 
-QString ChatHistoryListView::ItemUniStingAtIndex(ChatReuseListWidget*, int index) {
+QString ChatHistoryListView::ItemUniStingAtIndex(ChatReuseListWidget const*, int index) {
   return QString::fromStdString(IdAt(index));
 }
 
-int ChatHistoryListView::ItemIndexAtUniSting(ChatReuseListWidget*, QString const& key) {
+int ChatHistoryListView::ItemIndexAtUniSting(ChatReuseListWidget const*, QString const& key) {
   auto it = index_of_.find(key.toStdString());
   return it == index_of_.end() ? -1 : it->second;
 }

@@ -38,8 +38,8 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   QFReuseWidget* ItemWidgetAtIndex(ChatReuseListWidget* list, int index) override;
   void ItemSelectedAtIndex(ChatReuseListWidget* list, int index, Variant const& record) override;
   void ItemUnSelectedAtIndex(ChatReuseListWidget* list, int index) override;
-  QString ItemUniStingAtIndex(ChatReuseListWidget* list, int index) override;
-  int ItemIndexAtUniSting(ChatReuseListWidget* list, QString const& key) override;
+  QString ItemUniStingAtIndex(ChatReuseListWidget const* list, int index) override;
+  int ItemIndexAtUniSting(ChatReuseListWidget const* list, QString const& key) override;
   void UpdateItemHeight(int index, int height) override;
 
   // Row events: 3 message menu, 4 size changed, 5 avatar menu.

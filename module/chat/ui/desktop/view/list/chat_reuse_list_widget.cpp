@@ -69,14 +69,14 @@ void ChatReuseListWidget::SetItemSpacing(int spacing) {
   if (spacing == item_spacing_) return;
   item_spacing_ = spacing;
   ResetTopCache();
-  if (total_count_ > 0) Reload(-1, 0);
+  if (total_count_ > 0) Reload(kKeepScrollPosition, 0);
 }
 
 void ChatReuseListWidget::SetMargins(QMargins const& margins) {
   if (margins == margins_) return;
   margins_ = margins;
   ResetTopCache();
-  if (total_count_ > 0) Reload(-1, 0);
+  if (total_count_ > 0) Reload(kKeepScrollPosition, 0);
 }
 
 int ChatReuseListWidget::ListHeight() const { return viewport()->height(); }
@@ -349,7 +349,7 @@ void ChatReuseListWidget::Reload(int target_index, int offset) {
     total += item_heights_[i];
   }
   // A row that is no longer there keeps the position.
-  if (target_index >= total_count_) target_index = -1;
+  if (target_index >= total_count_) target_index = kKeepScrollPosition;
   if (current_index_ >= total_count_) current_index_ = -1;
 
   ContentWidget();
@@ -363,7 +363,7 @@ void ChatReuseListWidget::Reload(int target_index, int offset) {
   if (target_index >= 0) {
     SetVerticalScrollValue(ItemTopForIndex(target_index) - offset);
     ReuseWidgetForValue(bar->value());
-  } else if (target_index == -2 && !HasSelection()) {
+  } else if (target_index == kStickToBottom && !HasSelection()) {
     const int bottom_value = ContentHeight() - ListHeight();
     int value = 0;
     if (bar->value() == bottom_value) {
@@ -960,17 +960,15 @@ void ChatReuseListWidget::SelectAll() {
 Variant ChatReuseListWidget::ItemSelectionRecord(int index) const {
   ChatReuseListWidgetDelegate* delegate = Delegate();
   if (selection_map_.isEmpty() || !delegate || index < 0 || index >= total_count_) return Variant();
-  auto* self = const_cast<ChatReuseListWidget*>(this);
-  return selection_map_.value(delegate->ItemUniStingAtIndex(self, index));
+  return selection_map_.value(delegate->ItemUniStingAtIndex(this, index));
 }
 
 void ChatReuseListWidget::GetSelectionVecIndex(std::vector<int>* out_indices) const {
   ChatReuseListWidgetDelegate* delegate = Delegate();
   if (!out_indices || selection_map_.isEmpty() || !delegate) return;
-  auto* self = const_cast<ChatReuseListWidget*>(this);
   const size_t before = out_indices->size();
   for (auto it = selection_map_.constBegin(); it != selection_map_.constEnd(); ++it) {
-    const int row = delegate->ItemIndexAtUniSting(self, it.key());
+    const int row = delegate->ItemIndexAtUniSting(this, it.key());
     if (row >= 0) out_indices->push_back(row);
   }
   TXLOG_INFO << "origin select count:" << selection_map_.size()

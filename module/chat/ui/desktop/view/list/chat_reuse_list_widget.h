@@ -39,9 +39,14 @@ class ChatReuseListWidget : public QFScrollArea, public QFWidgetReusePolicy {
   explicit ChatReuseListWidget(QWidget* parent = nullptr);
   ~ChatReuseListWidget() override;
 
+  // Reload targets other than a row.
+  static constexpr int kKeepScrollPosition = -1;
+  static constexpr int kStickToBottom = -2;
+
   // Rebuilds every row. target_index >= 0 puts that row's top `offset`
   // pixels below the viewport's top (offset as GetFirstFullyVisibleItem
-  // gives it); -1 keeps the scroll position; -2 sticks to the bottom.
+  // gives it); kKeepScrollPosition keeps the scroll position;
+  // kStickToBottom sticks to the bottom.
   virtual void Reload(int target_index, int offset);
   // Re-measures the given rows; what is on screen stays where it is.
   virtual void ReloadItems(std::vector<int> const& indices);

@@ -27,8 +27,8 @@ class ChatReuseListWidgetDelegate {
   virtual void ItemSelectedAtIndex(ChatReuseListWidget* list, int index, Variant const& record) = 0;
   virtual void ItemUnSelectedAtIndex(ChatReuseListWidget* list, int index) = 0;
   // A stable key of the row; empty for a row that can't be selected.
-  virtual QString ItemUniStingAtIndex(ChatReuseListWidget* list, int index) { return QString(); }
-  virtual int ItemIndexAtUniSting(ChatReuseListWidget* list, QString const& key) { return -1; }
+  virtual QString ItemUniStingAtIndex(ChatReuseListWidget const* list, int index) { return QString(); }
+  virtual int ItemIndexAtUniSting(ChatReuseListWidget const* list, QString const& key) { return -1; }
   // The row's widget measured another height than ItemHeightAtIndex gave;
   // later reloads must use this one.
   virtual void UpdateItemHeight(int index, int height) = 0;
