@@ -72,25 +72,6 @@ int TemplateTypeOf(Variant const& params) {
 
 bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\r'; }
 
-// Pictures and files are staged in folders named by the millisecond; two of
-// the same name staged in the same millisecond must not land on one path.
-std::string UniqueTarget(std::string const& dir, std::string const& name) {
-  static std::set<std::string> reserved;
-  std::string target = util::file::MakeFilePath(dir, name);
-  std::string stem = name;
-  std::string ext;
-  const auto dot = name.rfind('.');
-  if (dot != std::string::npos && dot > 0) {
-    stem = name.substr(0, dot);
-    ext = name.substr(dot);
-  }
-  for (int n = 1; reserved.count(target) || util::file::IsFileExist(target); ++n) {
-    target = util::file::MakeFilePath(dir, stem + " (" + std::to_string(n) + ")" + ext);
-  }
-  reserved.insert(target);
-  return target;
-}
-
 std::string FileNameOf(std::string const& path) {
   std::string name;
   util::file::GetFileFullName(path, name);
@@ -300,28 +281,45 @@ bool ChatSendMessageBizModel::InvokeSendTextMessage(Variant const* params, Varia
   return true;
 }
 
-bool ChatSendMessageBizModel::BeginSend(Variant& receiver, int& type, Conversation& conv, Variant& send) {
-  receiver = privatechat::GetPrivateChatUserInfo();
-  type = privatechat::GetChatReceiverType(receiver);
-  ReportWebinarSend(receiver, type);
-  if (type == 0) {
+std::optional<ChatSendMessageBizModel::SendRequest> ChatSendMessageBizModel::BeginSend() {
+  SendRequest request;
+  request.receiver = privatechat::GetPrivateChatUserInfo();
+  request.receiver_type = privatechat::GetChatReceiverType(request.receiver);
+  ReportWebinarSend(request.receiver, request.receiver_type);
+  if (request.receiver_type == 0) {
     TXLOG_ERROR << "invalid receiver type";
-    return false;
+    return std::nullopt;
   }
-  conv = CurrentConversation(receiver);
-  send = Variant(base::variant::kVariantTypeMap);
-  if (conv.conv_type == 1) send.Set("conv_id", conv.conv_id);
-  send.Set("conv_type", conv.conv_type);
-  send.Set("receiver_type", type);
-  return true;
+  request.conv = CurrentConversation(request.receiver);
+  request.params = Variant(base::variant::kVariantTypeMap);
+  if (request.conv.conv_type == 1) request.params.Set("conv_id", request.conv.conv_id);
+  request.params.Set("conv_type", request.conv.conv_type);
+  request.params.Set("receiver_type", request.receiver_type);
+  return request;
+}
+
+// Pictures and files are staged in folders named by the millisecond.
+std::string ChatSendMessageBizModel::UniqueTarget(std::string const& dir, std::string const& name) {
+  std::string target = util::file::MakeFilePath(dir, name);
+  std::string stem = name;
+  std::string ext;
+  const auto dot = name.rfind('.');
+  if (dot != std::string::npos && dot > 0) {
+    stem = name.substr(0, dot);
+    ext = name.substr(dot);
+  }
+  for (int n = 1; reserved_targets_.count(target) || util::file::IsFileExist(target); ++n) {
+    target = util::file::MakeFilePath(dir, stem + " (" + std::to_string(n) + ")" + ext);
+  }
+  reserved_targets_.insert(target);
+  return target;
 }
 
 void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int template_type) {
-  Variant receiver;
-  int type = 0;
-  Conversation conv;
-  Variant send;
-  if (!BeginSend(receiver, type, conv, send)) return;
+  std::optional<SendRequest> request = BeginSend();
+  if (!request) return;
+  const int type = request->receiver_type;
+  Variant& send = request->params;
   send.Set("text_elem_content", text);
   send.Set("message_send_from_type", template_type == 1 ? 1 : template_type == 2 ? 2 : -1);
   uint32_t method = 7;
@@ -332,8 +330,9 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
   }
   std::string msg_id;
   if (!PostToMessageModel(method, send, "text", &msg_id)) return;
-  TXLOG_INFO << "<IM> send message conv_type = " << conv.conv_type << ", content=" << framework::VariantToString(&send);
-  ReportSend("1", conv, receiver);
+  TXLOG_INFO << "<IM> send message conv_type = " << request->conv.conv_type
+             << ", content=" << framework::VariantToString(&send);
+  ReportSend("1", request->conv, request->receiver);
   if (template_type == 1) {
     auto const& self = talvex::MeetingContext::Current();
     analytics::LogEventWithProperties(
@@ -342,11 +341,11 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
          {"meeting_type", talvex_common::utils::webinar::IsMeetingWebinar() ? "1" : "0"},
          {"chat_scale", type == 1 ? "1" : "0"},
          {"screen_type", talvex_common::utils::inmeeting::IsInScreenShareMode() ? "0" : "1"},
-         {"chat_private", conv.conv_type == 1 ? "1" : "0"},
+         {"chat_private", request->conv.conv_type == 1 ? "1" : "0"},
          {"app_id", self.self_app_id},
-         {"to_appid", receiver.GetString("app_id")},
+         {"to_appid", request->receiver.GetString("app_id")},
          {"app_uid", self.self_app_uid},
-         {"to_uid", receiver.GetString("app_uid")},
+         {"to_uid", request->receiver.GetString("app_uid")},
          {"task_id", msg_id}});
   }
 }
@@ -443,19 +442,17 @@ void ChatSendMessageBizModel::HandleSendImageMessage(std::string const& path, Va
                                                      int template_type) {
   int64_t format = talvex::ChatUtils::GetImageFormat(path);
   if (params.Get(kSendFieldImageFormat).IsInteger()) format = params.GetInteger(kSendFieldImageFormat);
-  Variant receiver;
-  int type = 0;
-  Conversation conv;
-  Variant send;
-  if (!BeginSend(receiver, type, conv, send)) return;
+  std::optional<SendRequest> request = BeginSend();
+  if (!request) return;
+  Variant& send = request->params;
   send.Set("image_elem_orig_path", path);
   send.Set("image_elem_level", params.GetInt32(kSendFieldImageLevel, 0));
   send.Set("image_elem_format", format);
   std::string msg_id;
-  if (!PostToMessageModel(type == 3 ? 31 : 30, send, "image", &msg_id)) return;
+  if (!PostToMessageModel(request->receiver_type == 3 ? 31 : 30, send, "image", &msg_id)) return;
   TXLOG_INFO << "<IM> send message." << ", msgid=" << msg_id
              << " image_elem_orig_path =" << path;
-  if (template_type == 2) ReportSend("2", conv, receiver);
+  if (template_type == 2) ReportSend("2", request->conv, request->receiver);
 }
 
 bool ChatSendMessageBizModel::InvokeSendFileMessage(Variant const* params, Variant* result) {

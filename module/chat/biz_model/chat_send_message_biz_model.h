@@ -3,6 +3,8 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -78,9 +80,20 @@ class ChatSendMessageBizModel : public TypedBizModel::ChatSendMessage::ModelImpl
     int conv_type = 2;
     std::string conv_id;
   };
-  // The chosen receiver, its type and conversation, and the start of a send
-  // request; false (logged) when there is no receiver to send to.
-  bool BeginSend(Variant& receiver, int& type, Conversation& conv, Variant& send);
+  // A send about to be made: the chosen receiver, its type and conversation,
+  // and the request with the conversation's keys filled in.
+  struct SendRequest {
+    Variant receiver;
+    int receiver_type = 0;
+    Conversation conv;
+    Variant params;
+  };
+  // The request for the chosen receiver; none (logged) when there is no
+  // receiver to send to.
+  std::optional<SendRequest> BeginSend();
+  // A path in `dir` for `name` that no file has and no staging of this model
+  // has taken: two files of one name staged in one millisecond get two paths.
+  std::string UniqueTarget(std::string const& dir, std::string const& name);
   // Hands a send to the client's message model; false (logged) without one.
   // `msg_id` is the id the client gave the message, or "".
   bool PostToMessageModel(uint32_t method, Variant const& send, char const* what, std::string* msg_id);
@@ -114,6 +127,7 @@ class ChatSendMessageBizModel : public TypedBizModel::ChatSendMessage::ModelImpl
   std::shared_ptr<bool> alive_;
   std::deque<Variant> mixed_queue_;
   bool mixed_copy_in_flight_ = false;
+  std::set<std::string> reserved_targets_;
 };
 
 }  // namespace chat
