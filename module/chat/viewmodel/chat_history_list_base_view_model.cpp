@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <algorithm>
+#include <array>
 #include <ctime>
 
 #include "base/analytics/analytics.h"
@@ -709,44 +710,68 @@ void ChatHistoryListBaseViewModel::OnSendMessageResult(Variant const* payload, b
   ShowSendError(code, payload->GetInt32("chat_type"), error_msg);
 }
 
+namespace {
+
+// When a row of the send error table applies, besides its code.
+enum class SendErrorWhen { kAlways, kNetworkDown, kWebinar, kInvalidReceiver };
+
+struct SendErrorText {
+  std::array<int, 3> codes;  // unused places are 0, which is never an error
+  SendErrorWhen when;
+  uint32_t text;
+};
+
+// How the panel words a failed send: the first row that matches wins.
+constexpr SendErrorText kSendErrorTexts[] = {
+    {{121001}, SendErrorWhen::kAlways, 0x1d02d67e},
+    {{6008}, SendErrorWhen::kAlways, 0xdf5b367f},
+    {{8004, 6031}, SendErrorWhen::kNetworkDown, 0xdf5b367f},
+    {{7004, 7006}, SendErrorWhen::kAlways, 0x5ea85d0},
+    {{8004, 6031, 7005}, SendErrorWhen::kAlways, 0x215723ba},
+    {{20006}, SendErrorWhen::kWebinar, 0xec54bfb9},
+    {{60008}, SendErrorWhen::kWebinar, 0x52d7539a},
+    {{10007}, SendErrorWhen::kWebinar, 0xc2d08c4d},
+    {{10016}, SendErrorWhen::kWebinar, 0x75c30f57},
+    {{10105}, SendErrorWhen::kWebinar, 0x2e0db0bb},
+    {{80002}, SendErrorWhen::kAlways, 0x44932c62},
+    {{10110, 10111}, SendErrorWhen::kAlways, 0x55b7e41f},
+    {{6017}, SendErrorWhen::kInvalidReceiver, 0x4ac0e9c2},
+};
+// Blocked words: the text names the kind of message, with the reason.
+constexpr int kSendErrorBlockedWords = 10104;
+
+}  // namespace
+
 void ChatHistoryListBaseViewModel::ShowSendError(int code, int chat_type, std::string const& error_msg) {
   if (HandleSendError(code)) return;
-  const bool webinar = talvex_common::utils::webinar::IsMeetingWebinar();
-  const bool network_up = util::networkinfo::GetActiveNetworkInfo().available;
-  uint32_t text = 0;
-  if (code == 121001) {
-    text = 0x1d02d67e;
-  } else if (code == 6008 || ((code == 8004 || code == 6031) && !network_up)) {
-    text = 0xdf5b367f;
-  } else if (code == 7004 || code == 7006) {
-    text = 0x5ea85d0;
-  } else if (code == 8004 || code == 6031 || code == 7005) {
-    text = 0x215723ba;
-  } else if (code == 20006 && webinar) {
-    text = 0xec54bfb9;
-  } else if (code == 60008 && webinar) {
-    text = 0x52d7539a;
-  } else if (code == 10007 && webinar) {
-    text = 0xc2d08c4d;
-  } else if (code == 10016 && webinar) {
-    text = 0x75c30f57;
-  } else if (code == 10105 && webinar) {
-    text = 0x2e0db0bb;
-  } else if (code == 10104) {
+  if (code == kSendErrorBlockedWords) {
     const uint32_t format = chat_type == 4 ? 0xa6f80427 : chat_type == 1 ? 0x4d19a04c : 0xa04932de;
     Toast(FormatString(format).Arg("reason", GetLocalizedString(0x83003322)).Str());
     return;
-  } else if (code == 80002) {
-    text = 0x44932c62;
-  } else if (code == 10110 || code == 10111) {
-    text = 0x55b7e41f;
-  } else if (code == 6017 && error_msg == "invalid receiver userid") {
-    text = 0x4ac0e9c2;
-  } else {
-    Toast(GetLocalizedString(kTextSendFailedCode) + std::to_string(code));
-    return;
   }
-  Toast(GetLocalizedString(text));
+  const bool webinar = talvex_common::utils::webinar::IsMeetingWebinar();
+  const bool network_up = util::networkinfo::GetActiveNetworkInfo().available;
+  const auto applies = [&](SendErrorWhen when) {
+    switch (when) {
+      case SendErrorWhen::kAlways:
+        return true;
+      case SendErrorWhen::kNetworkDown:
+        return !network_up;
+      case SendErrorWhen::kWebinar:
+        return webinar;
+      case SendErrorWhen::kInvalidReceiver:
+        return error_msg == "invalid receiver userid";
+    }
+    return false;
+  };
+  for (SendErrorText const& row : kSendErrorTexts) {
+    const bool listed = std::find(row.codes.begin(), row.codes.end(), code) != row.codes.end();
+    if (listed && applies(row.when)) {
+      Toast(GetLocalizedString(row.text));
+      return;
+    }
+  }
+  Toast(GetLocalizedString(kTextSendFailedCode) + std::to_string(code));
 }
 
 void ChatHistoryListBaseViewModel::OnMessageOperationResult(Variant const* payload) {
