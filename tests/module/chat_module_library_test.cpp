@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <vector>
 
 #include "framework/extension/extension.h"
 #include "framework/module/module_runtime.h"
@@ -80,6 +81,17 @@ TEST(ChatModuleLibraryTest, ActivateLoadUnloadAndUnregister) {
     EXPECT_EQ(built->GetContributesId(), r.contributes_id);
   }
   EXPECT_EQ(ids.size(), 17u);
+  std::vector<std::string> order;
+  for (auto const& r : extensions->Registrations()) order.push_back(r.info.extension_id);
+  EXPECT_EQ(order, (std::vector<std::string>{
+                       "extension:chat", "extension:chat.chat_broadcast", "extension:chat.bullet",
+                       "extension:chat.send_image", "extension:chat.send_file", "extension:chat.send_emoji",
+                       "extension:chat.send_notice", "extension:chat.notice_message",
+                       "extension:chat.openapp_message", "extension:chat.file_message",
+                       "extension:chat.face_message", "extension:chat.text_message",
+                       "extension:chat.image_message", "extension:chat.panel_history_list",
+                       "extension:chat.pane_input", "extension:chat.tip_message",
+                       "extension:chat.record_panel_history_list"}));
 
   ASSERT_TRUE(loaders->Load("chat", runtime));
   ASSERT_TRUE(modules->LoadModule("chat"));

@@ -53,6 +53,20 @@ TEST_F(ChatRegistrationTest, UiLoadRegistersRoutesAndViewsAndUnloadTakesThemDown
   EXPECT_TRUE(HostJournal::Entries("DesktopUIModuleLoader").empty());
   EXPECT_EQ(HostJournal::Entries("ControllerManager.IocRegister").size(), 4u);
   EXPECT_EQ(views->entries().size(), 17u);
+  // The views go in the order the client expects them, which is not the
+  // order the extensions are registered in.
+  std::vector<std::string> view_order;
+  for (auto const& entry : views->entries()) {
+    view_order.push_back(entry.extension_id.size() > 15 ? entry.extension_id.substr(15) : "");
+  }
+  EXPECT_EQ(view_order, (std::vector<std::string>{"bullet", "", "panel_history_list", "pane_input",
+                                                  "record_panel_history_list", "send_file", "send_image",
+                                                  "send_notice", "send_emoji", "tip_message", "text_message",
+                                                  "image_message", "notice_message", "file_message",
+                                                  "openapp_message", "face_message", "sidebar_tab_in_meeting"}));
+  EXPECT_EQ(views->entries()[1].extension_id, "extension:chat");
+  EXPECT_EQ(views->entries()[0].contributes_id, "contributes:app.inmeeting_float");
+  EXPECT_EQ(views->entries()[16].contributes_id, "");
 
   // The router goes before the navigator, the proxy before the loader.
   HostJournal::Clear();

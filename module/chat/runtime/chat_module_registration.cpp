@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "base/log/log.h"
+#include "chat/runtime/chat_contributions.h"
 #include "chat/runtime/chat_ids.h"
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/chat_resources.h"
 #include "chat/ui/desktop/controller/page_controller.h"
-#include "chat/ui/desktop/extension/chat_extension_views.h"
 #include "chat/web/web_view_meeting_chat_plugin.h"
 #include "framework/extension/extension.h"
 #include "framework/module/module_service.h"
@@ -16,26 +16,6 @@
 #include "uikit/tx_qt_ui_util.h"
 
 namespace chat {
-
-const std::array<ExtensionRegistration, 17> kChatExtensions = {{
-    {"contributes:app.toolbar", "extension:chat"},
-    {"contributes:app.breakout_room_toolbar", "extension:chat.chat_broadcast"},
-    {"contributes:app.inmeeting_float", "extension:chat.bullet"},
-    {"contributes:app.chat_sendp+", "extension:chat.send_image"},
-    {"contributes:app.chat_sendp+", "extension:chat.send_file"},
-    {"contributes:app.chat_sendp+", "extension:chat.send_emoji"},
-    {"contributes:app.chat_sendp+", "extension:chat.send_notice"},
-    {"contributes:app.chat_message", "extension:chat.notice_message"},
-    {"contributes:app.chat_message", "extension:chat.openapp_message"},
-    {"contributes:app.chat_message", "extension:chat.file_message"},
-    {"contributes:app.chat_message", "extension:chat.face_message"},
-    {"contributes:app.chat_message", "extension:chat.text_message"},
-    {"contributes:app.chat_message", "extension:chat.image_message"},
-    {"contributes:app.chat_full", "extension:chat.panel_history_list"},
-    {"contributes:app.chat_full", "extension:chat.pane_input"},
-    {"contributes:app.chat_message", "extension:chat.tip_message"},
-    {"contributes:app.chat_record", "extension:chat.record_panel_history_list"},
-}};
 
 const std::array<char const*, 4> kChatPageSchemes = {
     "talvex://page/inmeeting/chat",
@@ -96,45 +76,15 @@ framework::NavigateService* NavigateOf(framework::module::ModuleRuntime* runtime
   return services ? services->GetNavigateService() : framework::NavigateService::Instance();
 }
 
-template <typename View>
-framework::DesktopUIModuleLoader::ViewFactory MakeView() {
-  return [] { return std::make_shared<View>(); };
-}
-
 void RegisterExtensionViews(framework::DesktopUIModuleLoader& loader) {
-  using namespace QtView;
-  loader.RegisterGetExtensionViewFunc("contributes:app.inmeeting_float", "extension:chat.bullet",
-                                      MakeView<InMeetingBulletQTView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.toolbar", "extension:chat", MakeView<ChatIconExtensionView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_full", "extension:chat.panel_history_list",
-                                      MakeView<ChattingPanelShowView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_full", "extension:chat.pane_input",
-                                      MakeView<ChatInputView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_record", "extension:chat.record_panel_history_list",
-                                      MakeView<ChattingPanelShowView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_sendp+", "extension:chat.send_file",
-                                      MakeView<ChatPanelSendFileIconView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_sendp+", "extension:chat.send_image",
-                                      MakeView<ChatPanelSendImageIconView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_sendp+", "extension:chat.send_notice",
-                                      MakeView<ChatPanelSendNoticeView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_sendp+", "extension:chat.send_emoji",
-                                      MakeView<ChatPanelSendEmojiView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.tip_message",
-                                      MakeView<ChatTipMessageView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.text_message",
-                                      MakeView<ChatTextMessageView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.image_message",
-                                      MakeView<ChatImageMessageView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.notice_message",
-                                      MakeView<ChatNoticeMessageView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.file_message",
-                                      MakeView<ChatFileMessageView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.openapp_message",
-                                      MakeView<ChatOpenappMessageView>());
-  loader.RegisterGetExtensionViewFunc("contributes:app.chat_message", "extension:chat.face_message",
-                                      MakeView<ChatFaceMessageView>());
-  loader.RegisterGetExtensionViewFunc("extension:chat.sidebar_tab_in_meeting", MakeView<SidebarChatExtensionView>());
+  for (ChatContribution const* row : ExtensionViews()) {
+    const std::string extension_id(row->extension_id);
+    if (row->point.empty()) {
+      loader.RegisterGetExtensionViewFunc(extension_id, row->make_view);
+    } else {
+      loader.RegisterGetExtensionViewFunc(std::string(row->point), extension_id, row->make_view);
+    }
+  }
 }
 
 // The non-UI side builds an extension's view from the same table the UI
@@ -166,8 +116,8 @@ void FillManifest() {
 void RegisterRuntimeAndExtensions() {
   framework::module::GetModuleService()->RegisterModule(kModuleName, [] { return Runtime(); });
   auto* extensions = framework::extension::GetExtensionService();
-  for (auto const& e : kChatExtensions) {
-    extensions->Register(e.contributes_id, framework::ExtensionInfo(e.extension_id, kModuleName));
+  for (ChatContribution const* row : RegisteredExtensions()) {
+    extensions->Register(std::string(row->point), framework::ExtensionInfo(std::string(row->extension_id), kModuleName));
   }
   talvex::WebviewPlugin plugin;
   plugin.scheme_name = WebViewMeetingChatPlugin::kSchemeName;

@@ -10,13 +10,7 @@ namespace chat {
 
 class ChatModuleRuntime;
 
-struct ExtensionRegistration {
-  char const* contributes_id;
-  char const* extension_id;
-};
-
-// What the module contributes, in the order it registers it.
-extern const std::array<ExtensionRegistration, 17> kChatExtensions;
+// The schemes of the module's pages, in the order their controllers register.
 extern const std::array<char const*, 4> kChatPageSchemes;
 
 // The module's registration with the client, step by step. The exported
