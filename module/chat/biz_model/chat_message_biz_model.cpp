@@ -9,6 +9,7 @@
 #include "framework/module/app_module.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/view_model.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -20,17 +21,6 @@ constexpr uint32_t kMessageMethodImageState = 38;
 constexpr char kAssistantAppId[] = "18260119019";
 constexpr char kAssistantIconUrl[] = "qrc:/images/chat/openapp_assistant_icon.png";
 
-enum ChatType : int {
-  kChatTypeText = 0,
-  kChatTypeFace = 1,
-  kChatTypeImage = 4,
-  kChatTypeControl = 5,
-  kChatTypeNotice = 6,
-  kChatTypeOpenApp = 7,
-  kChatTypeFile = 8,
-  kChatTypePlainText = 11,
-  kChatTypeMixed = 12,
-};
 
 Variant MapValue() { return Variant(base::variant::kVariantTypeMap); }
 
@@ -105,17 +95,17 @@ void ChatMessageBizModel::OnEventConvertToUIMsg(Variant const* record_in, bool& 
   Variant::Array const& elements = content.AsArray();
   Variant const ext = record.Get("ext_content");
   const std::string compatible_tip = record.GetString("compatible_tip");
-  const int chat_type = record.GetInt32("chat_type", 0);
+  const ChatType chat_type = MessageRecord(record).chat_type();
   Variant result;
 
   switch (chat_type) {
-    case kChatTypeText:
+    case ChatType::kText:
       if (!elements.empty() && elements.front().IsMap()) {
         Variant items = ParseTextContext(elements.front().GetString("text_elem_content"));
         result = talvex::ChatUtils::UpdateToFaceMesssageIfSingleEmojiItem(record, items, true);
       }
       break;
-    case kChatTypeFace: {
+    case ChatType::kFace: {
       if (elements.empty()) break;
       Variant index(elements.front().GetInt32("face_elem_index", -1));
       Variant face = MapValue();
@@ -124,7 +114,7 @@ void ChatMessageBizModel::OnEventConvertToUIMsg(Variant const* record_in, bool& 
         TXLOG_INFO << "face not load: " << index.AsInt32();
         result = Variant(base::variant::kVariantTypeArray);
         result.Add(TextItem(elements.front().GetString("face_elem_buf")));
-        record.Set("chat_type", kChatTypeText);
+        record.Set(record_key::kChatType, ToInt(ChatType::kText));
         break;
       }
       result = MapValue();
@@ -134,33 +124,33 @@ void ChatMessageBizModel::OnEventConvertToUIMsg(Variant const* record_in, bool& 
       result.Set("item_emoji_index", face.Get("index"));
       break;
     }
-    case kChatTypeImage:
+    case ChatType::kImage:
       if (!elements.empty()) {
         result = MapValue();
         ParseImageMessageContent(elements.front(), ext, result, record.GetString("meeting_id"),
                                  record.GetUint64("local_msg_id", 0));
       }
       break;
-    case kChatTypeControl:
+    case ChatType::kControl:
       TXLOG_ERROR << "<IM> chat control msg no need to display on ui";
       break;
-    case kChatTypeNotice:
+    case ChatType::kNotice:
       ParseNoticeMessageContent(ext, result);
       break;
-    case kChatTypeOpenApp:
+    case ChatType::kOpenApp:
       result = MapValue();
       ParseOpenAppMessage(ext, result);
       break;
-    case kChatTypeFile:
+    case ChatType::kFile:
       ParseFileMessageContent(ext, result);
       break;
-    case kChatTypePlainText:
+    case ChatType::kPlainText:
       if (!elements.empty() && elements.front().IsMap()) {
         result = MapValue();
         result.Set("item_content", elements.front().GetString("text_elem_content"));
       }
       break;
-    case kChatTypeMixed: {
+    case ChatType::kMixed: {
       Variant items = talvex::ChatUtils::ParseEmojiTextMixedMessage(content, compatible_tip);
       result = talvex::ChatUtils::UpdateToFaceMesssageIfSingleEmojiItem(record, items, true);
       break;

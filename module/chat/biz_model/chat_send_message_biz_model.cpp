@@ -23,6 +23,7 @@
 #include "framework/module/app_module.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/view_model.h"
+#include "chat/model/chat_message.h"
 
 namespace TypedBizModel {
 namespace ChatSendMessage {
@@ -56,7 +57,10 @@ constexpr int kItemTypeText = 0;
 constexpr int kItemTypeImage = 3;
 constexpr int kDefaultTemplateType = 2;
 
-bool IsPrivateReceiver(int receiver_type) { return receiver_type == 1 || receiver_type == 6 || receiver_type == 7; }
+bool IsPrivateReceiver(int receiver_type) {
+  return receiver_type == ToInt(ReceiverType::kMember) || receiver_type == ToInt(ReceiverType::kWaitingRoomMember) ||
+         receiver_type == ToInt(ReceiverType::kWaitingRoomListMember);
+}
 
 std::string Text(uint32_t id) { return talvex_common::utils::GetLocalizedString(id); }
 
@@ -118,9 +122,9 @@ void ChatSendMessageBizModel::RefuseById(uint32_t text_id) { Refuse(Text(text_id
 void ChatSendMessageBizModel::ReportSendToWaitingRoom() {
   if (talvex::ChatUtils::IsSelfHost() || talvex::ChatUtils::IsSelfCoHost()) {
     const int type = privatechat::GetChatReceiverType(privatechat::GetPrivateChatUserInfo());
-    if (type == 3) {
+    if (type == ToInt(ReceiverType::kWaitingRoom)) {
       analytics::LogEventWithProperty("e#im#im_send_towaitingroom#click", "to_type", "1");
-    } else if (type == 6) {
+    } else if (type == ToInt(ReceiverType::kWaitingRoomMember)) {
       analytics::LogEventWithProperty("e#im#im_send_towaitingroom#click", "to_type", "0");
     }
   } else if (talvex::ChatUtils::IsWaitingRoom()) {
@@ -132,7 +136,7 @@ bool ChatSendMessageBizModel::CheckReminderBeforeSend(Variant const& params, int
   auto pending = InvokeChatBizModel(runtime_, TypedBizModel::Chat::ModelImpl::kHasReminder);
   if (!pending || !pending->AsBoolean()) return false;
   const int type = privatechat::GetChatReceiverType(privatechat::GetPrivateChatUserInfo());
-  if (type == 2 || type == 5) {
+  if (type == ToInt(ReceiverType::kEveryone) || type == ToInt(ReceiverType::kWebinarEveryone)) {
     Variant payload(base::variant::kVariantTypeMap);
     payload.Set("message_info", params);
     payload.Set("send_type", send_type);
@@ -170,10 +174,10 @@ bool ChatSendMessageBizModel::CheckAuthorizeBeforeSendAction() {
     return same;
   };
 
-  if (type == 6 || type == 7) {
+  if (type == ToInt(ReceiverType::kWaitingRoomMember) || type == ToInt(ReceiverType::kWaitingRoomListMember)) {
     Variant list;
     if (auto members = framework::module::GetAppModuleModel(kHostMemberModel)) {
-      members->Invoke(type == 6 ? kMemberMethodWaitingRoomList : kMemberMethodWaitingRoomMembers, nullptr, &list);
+      members->Invoke(type == ToInt(ReceiverType::kWaitingRoomMember) ? kMemberMethodWaitingRoomList : kMemberMethodWaitingRoomMembers, nullptr, &list);
     }
     if (!member::EnumInRoomUsers(list, match)) {
       RefuseById(kTextSendMemberLeft);
@@ -208,7 +212,7 @@ ChatSendMessageBizModel::Conversation ChatSendMessageBizModel::CurrentConversati
   Conversation conv;
   conv.receiver_type = privatechat::GetChatReceiverType(receiver);
   if (!IsPrivateReceiver(conv.receiver_type)) return conv;
-  conv.conv_type = 1;
+  conv.conv_type = ToInt(ConvType::kPrivate);
   if (auto chats = framework::module::GetAppModuleModel(kHostPrivateChatModel)) {
     Variant id;
     if (chats->Invoke(3, &receiver, &id) && id.IsString()) conv.conv_id = id.AsStr();
@@ -219,7 +223,14 @@ ChatSendMessageBizModel::Conversation ChatSendMessageBizModel::CurrentConversati
 void ChatSendMessageBizModel::ReportWebinarSend(Variant const& receiver, int receiver_type) {
   if (!talvex_common::utils::webinar::IsMeetingWebinar()) return;
   const bool to_attendee = talvex_common::utils::webinar::IsAttendeeUser(receiver);
-  const char* sendto = receiver_type == 1 ? "3" : receiver_type == 5 ? "1" : receiver_type == 4 ? "2" : nullptr;
+  const char* sendto = nullptr;
+  if (receiver_type == ToInt(ReceiverType::kMember)) {
+    sendto = "3";
+  } else if (receiver_type == ToInt(ReceiverType::kWebinarEveryone)) {
+    sendto = "1";
+  } else if (receiver_type == ToInt(ReceiverType::kWebinarGroup)) {
+    sendto = "2";
+  }
   if (sendto) {
     analytics::LogEventWith2Properties("meetingpage_im_null_sendto_null_null_click", "sendto", sendto,
                                        "webinar_role", to_attendee ? "2" : "1");
@@ -240,9 +251,9 @@ void ChatSendMessageBizModel::ReportSend(char const* message_type, Conversation 
       "im_null_null_send_null_null_im",
       {{"message_type", message_type},
        {"meeting_type", talvex_common::utils::webinar::IsMeetingWebinar() ? "1" : "0"},
-       {"chat_scale", conv.receiver_type == 1 ? "1" : "0"},
+       {"chat_scale", conv.receiver_type == ToInt(ReceiverType::kMember) ? "1" : "0"},
        {"screen_type", talvex_common::utils::inmeeting::IsInScreenShareMode() ? "0" : "1"},
-       {"chat_private", conv.conv_type == 1 ? "1" : "0"},
+       {"chat_private", conv.conv_type == ToInt(ConvType::kPrivate) ? "1" : "0"},
        {"app_id", self.self_app_id},
        {"to_appid", receiver.GetString("app_id")},
        {"app_uid", self.self_app_uid},
@@ -286,13 +297,13 @@ std::optional<ChatSendMessageBizModel::SendRequest> ChatSendMessageBizModel::Beg
   request.receiver = privatechat::GetPrivateChatUserInfo();
   request.receiver_type = privatechat::GetChatReceiverType(request.receiver);
   ReportWebinarSend(request.receiver, request.receiver_type);
-  if (request.receiver_type == 0) {
+  if (request.receiver_type == ToInt(ReceiverType::kNone)) {
     TXLOG_ERROR << "invalid receiver type";
     return std::nullopt;
   }
   request.conv = CurrentConversation(request.receiver);
   request.params = Variant(base::variant::kVariantTypeMap);
-  if (request.conv.conv_type == 1) request.params.Set("conv_id", request.conv.conv_id);
+  if (request.conv.conv_type == ToInt(ConvType::kPrivate)) request.params.Set("conv_id", request.conv.conv_id);
   request.params.Set("conv_type", request.conv.conv_type);
   request.params.Set("receiver_type", request.receiver_type);
   return request;
@@ -323,9 +334,9 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
   send.Set("text_elem_content", text);
   send.Set("message_send_from_type", template_type == 1 ? 1 : template_type == 2 ? 2 : -1);
   uint32_t method = 7;
-  if (type == 3) {
+  if (type == ToInt(ReceiverType::kWaitingRoom)) {
     method = 23;
-  } else if (type == 4 && talvex_common::utils::webinar::SelfIsAttendee()) {
+  } else if (type == ToInt(ReceiverType::kWebinarGroup) && talvex_common::utils::webinar::SelfIsAttendee()) {
     method = 40;
   }
   std::string msg_id;
@@ -339,9 +350,9 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
         "bullet_vm_send_text_msg",
         {{"meeting_type_flags", std::to_string(self.meeting_type_flags)},
          {"meeting_type", talvex_common::utils::webinar::IsMeetingWebinar() ? "1" : "0"},
-         {"chat_scale", type == 1 ? "1" : "0"},
+         {"chat_scale", type == ToInt(ReceiverType::kMember) ? "1" : "0"},
          {"screen_type", talvex_common::utils::inmeeting::IsInScreenShareMode() ? "0" : "1"},
-         {"chat_private", request->conv.conv_type == 1 ? "1" : "0"},
+         {"chat_private", request->conv.conv_type == ToInt(ConvType::kPrivate) ? "1" : "0"},
          {"app_id", self.self_app_id},
          {"to_appid", request->receiver.GetString("app_id")},
          {"app_uid", self.self_app_uid},
@@ -449,7 +460,7 @@ void ChatSendMessageBizModel::HandleSendImageMessage(std::string const& path, Va
   send.Set("image_elem_level", params.GetInt32(kSendFieldImageLevel, 0));
   send.Set("image_elem_format", format);
   std::string msg_id;
-  if (!PostToMessageModel(request->receiver_type == 3 ? 31 : 30, send, "image", &msg_id)) return;
+  if (!PostToMessageModel(request->receiver_type == ToInt(ReceiverType::kWaitingRoom) ? 31 : 30, send, "image", &msg_id)) return;
   TXLOG_INFO << "<IM> send message." << ", msgid=" << msg_id
              << " image_elem_orig_path =" << path;
   if (template_type == 2) ReportSend("2", request->conv, request->receiver);
@@ -571,15 +582,15 @@ void ChatSendMessageBizModel::HandleSendFileMessage(Variant const& params, std::
   }
   const Variant receiver = privatechat::GetPrivateChatUserInfo();
   const Conversation conv = CurrentConversation(receiver);
-  if (conv.receiver_type == 0) {
+  if (conv.receiver_type == ToInt(ReceiverType::kNone)) {
     TXLOG_ERROR << "invalid receiver type";
     return;
   }
   const std::string display_size = talvex::ChatFileUtils::DisplayFileSize(size);
-  const std::string report_conv_type = conv.conv_type == 1 ? "5" : "4";
+  const std::string report_conv_type = conv.conv_type == ToInt(ConvType::kPrivate) ? "5" : "4";
   const std::string file_type = talvex::ChatFileUtils::GetFileLowerExtName(path);
   Variant send(base::variant::kVariantTypeMap);
-  if (conv.conv_type == 1) send.Set("conv_id", conv.conv_id);
+  if (conv.conv_type == ToInt(ConvType::kPrivate)) send.Set("conv_id", conv.conv_id);
   send.Set("conv_type", conv.conv_type);
   send.Set("receiver_type", conv.receiver_type);
   send.Set("file_elem_file_path", path);
@@ -592,7 +603,7 @@ void ChatSendMessageBizModel::HandleSendFileMessage(Variant const& params, std::
   send.Set("report_conv_type", report_conv_type);
   send.Set("report_file_type", file_type);
   std::string msg_id;
-  if (!PostToMessageModel(conv.receiver_type == 3 ? 57 : 52, send, "file", &msg_id)) return;
+  if (!PostToMessageModel(conv.receiver_type == ToInt(ReceiverType::kWaitingRoom) ? 57 : 52, send, "file", &msg_id)) return;
   TXLOG_INFO << "<IM> [chat file] send file msg id :" << msg_id
              << ", path = " << path;
   analytics::LogEventWithProperties("inmeeting_im_null_file_null_null_send", {{"action_source", action_source},

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "chat/model/chat_message.h"
 #include "chat/runtime/chat_ids.h"
 #include "framework/model/model_impl.h"
 
@@ -76,15 +77,15 @@ class ChatSendMessageBizModel : public TypedBizModel::ChatSendMessage::ModelImpl
 
  private:
   struct Conversation {
-    int receiver_type = 0;
-    int conv_type = 2;
+    int receiver_type = ToInt(ReceiverType::kNone);
+    int conv_type = ToInt(ConvType::kGroup);
     std::string conv_id;
   };
   // A send about to be made: the chosen receiver, its type and conversation,
   // and the request with the conversation's keys filled in.
   struct SendRequest {
     Variant receiver;
-    int receiver_type = 0;
+    int receiver_type = ToInt(ReceiverType::kNone);
     Conversation conv;
     Variant params;
   };

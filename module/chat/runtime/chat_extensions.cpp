@@ -17,7 +17,8 @@ void ChatMessageExtension::OnContributesActivate(long view, Variant const* param
     TXLOG_INFO << "not msg_id";
     return;
   }
-  if (!chat_types_.empty() && chat_types_.count(params->GetInt32("chat_type", -1)) == 0) return;
+  const int chat_type = ToInt(MessageRecord(*params).chat_type(ChatType::kTip));
+  if (!chat_types_.empty() && chat_types_.count(chat_type) == 0) return;
   ChatModuleExtension::OnContributesActivate(view, params);
 }
 

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "chat/model/chat_message.h"
 #include "chat/viewmodel/view_model_types.h"
 #include "framework/extension/extension.h"
 
@@ -76,22 +77,22 @@ class ChatMessageExtension : public ChatModuleExtension {
 
 class ChatNoticeMessageExtension : public ChatMessageExtension {
  public:
-  ChatNoticeMessageExtension() : ChatMessageExtension(kViewModelNoticeMessage, {6}) {}
+  ChatNoticeMessageExtension() : ChatMessageExtension(kViewModelNoticeMessage, {ToInt(ChatType::kNotice)}) {}
 };
 
 class ChatOpenappMessageExtension : public ChatMessageExtension {
  public:
-  ChatOpenappMessageExtension() : ChatMessageExtension(kViewModelOpenappMessage, {7}) {}
+  ChatOpenappMessageExtension() : ChatMessageExtension(kViewModelOpenappMessage, {ToInt(ChatType::kOpenApp)}) {}
 };
 
 class ChatFileMessageExtension : public ChatMessageExtension {
  public:
-  ChatFileMessageExtension() : ChatMessageExtension(kViewModelFileMessage, {8}) {}
+  ChatFileMessageExtension() : ChatMessageExtension(kViewModelFileMessage, {ToInt(ChatType::kFile)}) {}
 };
 
 class ChatFaceMessageExtension : public ChatMessageExtension {
  public:
-  ChatFaceMessageExtension() : ChatMessageExtension(kViewModelFaceMessage, {1}) {}
+  ChatFaceMessageExtension() : ChatMessageExtension(kViewModelFaceMessage, {ToInt(ChatType::kFace)}) {}
 };
 
 // Time tips and notices of the list are rows without a kind of their own.
@@ -102,12 +103,12 @@ class ChatTipMessageExtension : public ChatMessageExtension {
 
 class ChatTextMessageExtension : public ChatMessageExtension {
  public:
-  ChatTextMessageExtension() : ChatMessageExtension(kViewModelTextMessage, {0, 11, 12}) {}
+  ChatTextMessageExtension() : ChatMessageExtension(kViewModelTextMessage, {ToInt(ChatType::kText), ToInt(ChatType::kPlainText), ToInt(ChatType::kMixed)}) {}
 };
 
 class ChatImageMessageExtension : public ChatMessageExtension {
  public:
-  ChatImageMessageExtension() : ChatMessageExtension(kViewModelImageMessage, {4}) {}
+  ChatImageMessageExtension() : ChatMessageExtension(kViewModelImageMessage, {ToInt(ChatType::kImage)}) {}
 };
 
 // The entries of the member list's quick-operation menu.

@@ -2,6 +2,7 @@
 
 #include "base/log/log.h"
 #include "framework/chat/chat_utils.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -17,10 +18,9 @@ bool ChatUIAssistantService::InvokeGetChatCellViewHeight(Variant const* params, 
     TXLOG_ERROR << "<IM> msg is not found";
     return true;
   }
-  int chat_type = 0;
-  if (message->Has("chat_type")) {
-    chat_type = message->GetInt32("chat_type");
-  } else {
+  const MessageRecord record(*message);
+  const int chat_type = ToInt(record.chat_type());
+  if (!record.has_chat_type()) {
     TXLOG_ERROR << "<IM> msg is not found chat_type";
   }
   if (talvex::ChatUtils::IsRedPacketOrReceiptType(chat_type)) return false;

@@ -10,6 +10,7 @@
 #include "base/util/time_util.h"
 #include "chat/biz_model/chat_biz_model.h"
 #include "chat/biz_model/chat_biz_model_helper.h"
+#include "chat/model/chat_message.h"
 #include "chat/runtime/chat_ids.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/chat/chat_utils.h"
@@ -66,7 +67,7 @@ framework::ModelPtr Host(int id) { return framework::module::GetAppModuleModel(i
 
 std::string ItemId(Variant const& item) { return item.GetString(ChatHistoryListMsgItemFields_kStringMsgItemMsgId); }
 
-bool IsTip(Variant const& msg) { return msg.Has("chat_type") && msg.GetInt32("chat_type") == -1; }
+bool IsTip(Variant const& msg) { return MessageRecord(msg).IsTip(); }
 
 }  // namespace
 
@@ -232,7 +233,8 @@ bool ChatHistoryListBaseViewModel::IsShowMessage(Variant const& msg) const {
   Variant const& config = msg.Get("custom_config");
   // `chat_invisible` is a mask of the surfaces that show the message.
   if (config.Has("chat_invisible")) return (config.GetInteger("chat_invisible") & template_type_) != 0;
-  if (msg.Has("chat_type")) return IsChatTypeShow(msg.GetInt32("chat_type"));
+  const MessageRecord record(msg);
+  if (record.has_chat_type()) return IsChatTypeShow(ToInt(record.chat_type()));
   return true;
 }
 
@@ -256,13 +258,12 @@ bool ChatHistoryListBaseViewModel::IsInThisConversation(Variant const& msg) cons
 
 Variant ChatHistoryListBaseViewModel::BuildListItem(Variant const& msg) const {
   const std::string msg_id = msg.GetString("msg_id");
-  int item_type = -1;
-  if (msg.Has("message_status") && msg.GetInt32("message_status") != 6 && msg.Has("chat_type")) {
-    item_type = msg.GetInt32("chat_type");
-  }
+  const MessageRecord record(msg);
+  int item_type = ToInt(ChatType::kTip);
+  if (record.has_status() && !record.IsRecalled() && record.has_chat_type()) item_type = ToInt(record.chat_type());
   std::string reuse_id = "reuse_id" + std::to_string(item_type) + "_" + std::to_string(template_type_);
   // Cards never recycle across messages.
-  if (item_type == 7) reuse_id = msg_id + "_" + reuse_id;
+  if (item_type == ToInt(ChatType::kOpenApp)) reuse_id = msg_id + "_" + reuse_id;
   Variant item = Map();
   item.Set(ChatHistoryListMsgItemFields_kStringMsgItemMsgId, msg_id);
   item.Set(ChatHistoryListMsgItemFields_kStringMsgItemReuseId, reuse_id);
@@ -285,9 +286,9 @@ void ChatHistoryListBaseViewModel::InsertTimeTipIfNeeded(Variant const& msg, Var
 void ChatHistoryListBaseViewModel::InsertTimeTip(uint64_t seconds, Variant& list) {
   auto lists = Host(kListRecordModel);
   Variant params = Map();
-  params.Set("chat_type", -1);
+  params.Set(record_key::kChatType, ToInt(ChatType::kTip));
   params.Set("conv_id", message_conv_id_);
-  params.Set("message_status", -1);
+  params.Set(record_key::kStatus, ToInt(MessageStatus::kLocalTip));
   params["msg_content"].Set("item_content", TimeTipText(seconds));
   Variant result;
   if (!lists || !lists->Invoke(kListMethodCreateTip, &params, &result) || !result.IsString()) {
@@ -328,22 +329,23 @@ void ChatHistoryListBaseViewModel::OnMessageAdded(Variant const* payload) {
     TXLOG_ERROR << "<IM> message not found with msg_id=" << id;
     return;
   }
+  const MessageRecord record(*msg);
   if (template_type_ == kTemplateBullet) {
-    const int status = msg->GetInt32("message_status");
-    if (status == 1 || status == 9) return;
+    // The overlay shows a message once it is sent (9 is the client's own state).
+    if (record.status() == MessageStatus::kSending || ToInt(record.status()) == 9) return;
   }
   if (!IsShowMessage(*msg)) {
     TXLOG_INFO << "<IM> message not show list template_type = " << template_type_;
     return;
   }
   if (!IsInThisConversation(*msg)) return;
-  if (msg->GetBoolean("is_from_self")) {
+  if (record.is_from_self()) {
     Variant list = Array();
     AddMessage(*msg, list, false);
     UpdateMessageList(list, kUpdateAppend);
     return;
   }
-  if (msg->GetInt32("conv_type") == 1) {
+  if (record.IsPrivate()) {
     Variant private_id(id);
     InvokeChatBizModel(GetModuleRuntime4ATG(), TypedBizModel::Chat::ModelImpl::kSetReminderMsgId, &private_id);
   }
@@ -382,8 +384,8 @@ void ChatHistoryListBaseViewModel::OnMessageUpdated(Variant const* payload) {
     TXLOG_ERROR << "<IM> message not found with msg_id=" << id;
     return;
   }
-  const int status = msg->GetInt32("message_status");
-  if (status == 4) {
+  const MessageStatus status = MessageRecord(*msg).status();
+  if (status == MessageStatus::kDeleted) {
     OnMessageDeleted(payload);
     return;
   }
@@ -398,10 +400,10 @@ void ChatHistoryListBaseViewModel::OnMessageUpdated(Variant const* payload) {
   if (msg->Has("in_meeting_info")) {
     if (!IsInMeetingMsg(*msg)) return;
     if (template_type_ == kTemplateBullet) {
-      if (status == 6 && shown()) {
+      if (status == MessageStatus::kRecalled && shown()) {
         list.Add(BuildListItem(*msg));
         UpdateMessageList(list, kUpdateChanged);
-      } else if (status == 2 && !shown()) {
+      } else if (status == MessageStatus::kSent && !shown()) {
         AddMessage(*msg, list, false);
         UpdateMessageList(list, kUpdateAppend);
       }
@@ -503,8 +505,9 @@ void ChatHistoryListBaseViewModel::OnGetMessageList(Variant const* payload) {
     if (!id.IsString()) continue;
     auto msg = talvex::ChatUtils::GetMsgInfoPtrById(id.AsStr());
     if (!msg || !IsShowMessage(*msg) || !IsInThisConversation(*msg)) continue;
-    const int status = msg->GetInt32("message_status");
-    if (status == 7 || status == 4) continue;
+    // 7 is a state of the client's own that the list never shows.
+    const MessageStatus status = MessageRecord(*msg).status();
+    if (ToInt(status) == 7 || status == MessageStatus::kDeleted) continue;
     AddMessage(*msg, items, true);
     if (anchor_msg_id_ != 0) {
       if (msg->GetUint64("local_msg_id") == anchor_msg_id_) {
@@ -589,7 +592,7 @@ void ChatHistoryListBaseViewModel::RecordShownMessages(Variant const& items, int
     show_msg_ids_.Add(id);
     if (type != kUpdateAppend) continue;
     auto msg = talvex::ChatUtils::GetMsgInfoPtrById(id);
-    if (msg && (msg->GetBoolean("is_from_self") || is_snap_bottom_)) {
+    if (msg && (MessageRecord(*msg).is_from_self() || is_snap_bottom_)) {
       at_msg_count_ = 0;
       unread_msg_count_ = 0;
       SetPropValue(kPropSnapToBottom, nullptr);
@@ -745,7 +748,9 @@ constexpr int kSendErrorBlockedWords = 10104;
 void ChatHistoryListBaseViewModel::ShowSendError(int code, int chat_type, std::string const& error_msg) {
   if (HandleSendError(code)) return;
   if (code == kSendErrorBlockedWords) {
-    const uint32_t format = chat_type == 4 ? 0xa6f80427 : chat_type == 1 ? 0x4d19a04c : 0xa04932de;
+    const uint32_t format = chat_type == ToInt(ChatType::kImage)  ? 0xa6f80427
+                            : chat_type == ToInt(ChatType::kFace) ? 0x4d19a04c
+                                                                  : 0xa04932de;
     Toast(FormatString(format).Arg("reason", GetLocalizedString(0x83003322)).Str());
     return;
   }
@@ -792,7 +797,7 @@ void ChatHistoryListBaseViewModel::OnGetShieldInfo(Variant const*) {
   for (auto const& id : show_msg_ids_.AsArray()) {
     auto msg = talvex::ChatUtils::GetMsgInfoPtrById(id.AsStr());
     if (!msg) continue;
-    if (msg->GetInt32("chat_type") < 0) {
+    if (ToInt(MessageRecord(*msg).chat_type()) < 0) {
       TXLOG_INFO << "<IM> local message";
       continue;
     }
@@ -848,18 +853,19 @@ void ChatHistoryListBaseViewModel::HandleGetMimeData(Variant const* params) {
   for (auto const& id : params->AsArray()) {
     auto record = talvex::ChatUtils::GetMsgInfoPtrById(id.IsString() ? id.AsStr() : id.ToString());
     if (!record) continue;
-    const int chat_type = record->GetInt32("chat_type", 0);
-    const bool recalled = record->GetInt32("message_status") == 6;
+    const MessageRecord message(*record);
+    const ChatType chat_type = message.chat_type();
+    const bool recalled = message.IsRecalled();
     Variant const& content = record->Has("ui_msg_content") ? record->Get("ui_msg_content") : record->Get("msg_content");
     Variant entry = Map();
-    if (chat_type != -1 && !recalled) {
+    if (chat_type != ChatType::kTip && !recalled) {
       Variant const& sender = record->Has("msg_sender") ? record->Get("msg_sender") : record->Get("message_sender");
       entry.Set("nickname", sender.GetString("nickname"));
     }
     std::string text;
     if (recalled) {
       continue;
-    } else if (chat_type == 4) {
+    } else if (chat_type == ChatType::kImage) {
       for (char const* key : {"orig_path", "large_path", "thumb_path", "send_orig_path"}) {
         const std::string path = content.GetString(key);
         if (!path.empty()) {
@@ -869,17 +875,18 @@ void ChatHistoryListBaseViewModel::HandleGetMimeData(Variant const* params) {
       }
       text = GetLocalizedString(framework::NameId("chat.message.image"));
       if (text.empty()) text = "[Image]";
-    } else if (chat_type == 8) {
+    } else if (chat_type == ChatType::kFile) {
       text = content.GetString("title", content.GetString("name"));
     } else if (content.IsArray()) {
       for (auto const& item : content.AsArray()) {
-        text += item.GetInt32("item_type", 0) == 1 ? item.GetString("item_emoji_text") : item.GetString("item_content");
+        const bool emoji = item.GetInt32("item_type", ToInt(ItemType::kText)) == ToInt(ItemType::kEmoji);
+        text += emoji ? item.GetString("item_emoji_text") : item.GetString("item_content");
       }
     } else if (content.IsMap()) {
       text = content.GetString("item_content", content.GetString("item_emoji_text"));
     }
     entry.Set("text", text);
-    if (record->GetInt32("message_status", 2) == 3) {
+    if (message.IsFailed()) {
       entry.Set("tail", GetLocalizedString(framework::NameId("chat.message.not_sent")));
     }
     entries.Add(std::move(entry));

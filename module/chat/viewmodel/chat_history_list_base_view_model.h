@@ -4,6 +4,7 @@
 #include <string>
 
 #include "framework/viewmodel/extension_view_model.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -40,7 +41,12 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
     kUpdateRemoved = 5,
   };
   // Surfaces a list is for.
-  enum TemplateType : int { kTemplateUnset = 0, kTemplateBullet = 1, kTemplatePanel = 2, kTemplateRecord = 3 };
+  enum : int {
+    kTemplateUnset = ToInt(chat::TemplateType::kUnset),
+    kTemplateBullet = ToInt(chat::TemplateType::kBullet),
+    kTemplatePanel = ToInt(chat::TemplateType::kPanel),
+    kTemplateRecord = ToInt(chat::TemplateType::kRecord),
+  };
   static constexpr int kHistoryPageLimit = 51;
   static constexpr uint64_t kTimeTipGapSeconds = 180;
 

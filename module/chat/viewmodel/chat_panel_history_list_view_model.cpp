@@ -8,6 +8,7 @@
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/module/app_module.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -71,17 +72,18 @@ void ChatPanelHistoryListViewModel::UpdateRecvMsgs(bool count_unread) {
         TXLOG_ERROR << "message not found, with msg_id=" << id;
         continue;
       }
-      if (!msg->Has("chat_type")) {
+      const MessageRecord record(*msg);
+      if (!record.has_chat_type()) {
         TXLOG_ERROR << "msg is not found chat_type";
         continue;
       }
-      const int chat_type = msg->GetInt32("chat_type");
-      if (chat_type == 6) {
+      const ChatType chat_type = record.chat_type();
+      if (chat_type == ChatType::kNotice) {
         ++at_msg_count_;
         at_msg_unread_pos_ = unread_msg_count_ + 1;
         at_msg_id_ = id;
       }
-      if (chat_type != -1 && chat_type != 11) ++unread_msg_count_;
+      if (chat_type != ChatType::kTip && chat_type != ChatType::kPlainText) ++unread_msg_count_;
     }
     UpdateUnreadTip();
   }

@@ -2,6 +2,7 @@
 
 #include "base/log/log.h"
 #include "framework/chat/chat_schema_keys.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -18,12 +19,13 @@ bool ChatTipMessageViewModel::FillInfo(Variant const& record, Variant const* par
     info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, "");
   }
   info.Set(ChatTipMessageInfoFields_kIntegerInfoLayoutType, LayoutTypeOf(params, 1));
-  info.Set(ChatTipMessageInfoFields_kIntegerInfoChatType, record.GetInt32("chat_type", -1));
+  const MessageRecord message(record);
+  info.Set(ChatTipMessageInfoFields_kIntegerInfoChatType, ToInt(message.chat_type(ChatType::kTip)));
   std::string tip;
-  if (record.GetInt32("message_status") == 6) {
-    if (!record.Has("msg_sender")) TXLOG_ERROR << "msg info not msg_sender";
-    const std::string who = record.GetBoolean("is_from_self") ? GetLocalizedString(kTextYou)
-                                                              : record.Get("msg_sender").GetString("nickname");
+  if (message.IsRecalled()) {
+    if (!record.Has(record_key::kSender)) TXLOG_ERROR << "msg info not msg_sender";
+    const std::string who =
+        message.is_from_self() ? GetLocalizedString(kTextYou) : message.sender().GetString("nickname");
     tip = who + GetLocalizedString(kTextWithdrewMessage);
   } else {
     if (!record.Has("msg_content") && !record.Has("ui_msg_content")) TXLOG_ERROR << "msg info not msg_content";

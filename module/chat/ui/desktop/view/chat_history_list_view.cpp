@@ -26,6 +26,7 @@
 #include "framework/viewmodel/chat_message_base_view_model.h"
 #include "framework/viewmodel/stateful_view_model.h"
 #include "uikit/reuse/qf_diff_result.h"
+#include "chat/model/chat_message.h"
 
 namespace QtView {
 
@@ -62,8 +63,8 @@ int EstimateHeightOf(Variant const& item) {
   const size_t at = reuse_id.rfind("reuse_id");
   const int chat_type = at == std::string::npos ? -2 : std::atoi(reuse_id.c_str() + at + 8);
   auto record = talvex::ChatUtils::GetMsgInfoPtrById(MsgIdOf(item));
-  const bool is_private = record && record->GetInt32("conv_type", 2) == 1;
-  const bool failed = record && record->GetInt32("message_status", 2) == 3;
+  const bool is_private = record && chat::MessageRecord(*record).IsPrivate();
+  const bool failed = record && chat::MessageRecord(*record).IsFailed();
   return ChatItem::EstimateHeight(chat_type, is_private, failed);
 }
 

@@ -17,6 +17,7 @@
 #include "uikit/reuse/qt_paint_rect_helper.h"
 #include "uikit/tx_qt_ui_util.h"
 #include "uikit/widget/rotate_image_widget.h"
+#include "chat/model/chat_message.h"
 
 namespace {
 
@@ -58,33 +59,38 @@ ChatItem::~ChatItem() {
 }
 
 int ChatItem::GetChatMsgType(Variant const& message) {
-  if (message.Has("chat_type") && message.GetInt32("chat_type") == -1) return kMsgTip;
+  if (chat::MessageRecord(message).IsTip()) return kMsgTip;
   if (message.Has(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel)) return kMsgPrivate;
   return kMsgNormal;
 }
 
 int ChatItem::GetChatItemHeight(Variant const& message, int content_width) {
   Q_UNUSED(content_width);
-  return EstimateHeight(message.GetInt32("chat_type", 0), message.Has(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel),
+  return EstimateHeight(ToInt(chat::MessageRecord(message).chat_type()),
+                        message.Has(ChatMsgBaseInfoFields_kStringBaseInfoPrivateLabel),
                         HasText(message, ChatMsgBaseInfoFields_kStringBaseInfoTipsText));
 }
 
 int ChatItem::EstimateHeight(int chat_type, bool is_private, bool has_tail) {
-  const int type = chat_type == -1 ? kMsgTip : (is_private ? kMsgPrivate : kMsgNormal);
+  using chat::ChatType;
+  const int type = chat_type == ToInt(ChatType::kTip) ? kMsgTip : (is_private ? kMsgPrivate : kMsgNormal);
   const int sender = type != kMsgTip ? kSenderCost : 0;
   const int tail = has_tail ? kTailCost : 0;
   int content = 0;
-  if (chat_type == 7) {
+  // The table has a row for a shell type 3, which GetChatMsgType never
+  // gives; it stays, for the table's sake.
+  constexpr int kShellTypeUnused = 3;
+  if (chat_type == ToInt(ChatType::kOpenApp)) {
     content = 125;
-  } else if (type == kMsgTip || type == 3) {
+  } else if (type == kMsgTip || type == kShellTypeUnused) {
     content = 101;
-  } else if (chat_type == 4) {
+  } else if (chat_type == ToInt(ChatType::kImage)) {
     content = 168;
-  } else if (chat_type == 6) {
+  } else if (chat_type == ToInt(ChatType::kNotice)) {
     content = 101;
-  } else if (chat_type == 8) {
+  } else if (chat_type == ToInt(ChatType::kFile)) {
     content = 108;
-  } else if (chat_type == 0) {
+  } else if (chat_type == ToInt(ChatType::kText)) {
     content = 81;
   } else {
     TXLOG_ERROR << "<IM> no height estimate for chat_type " << chat_type;
@@ -103,7 +109,7 @@ void ChatItem::SetMessageInfo(Variant const& message) {
   const std::string msg_id = message.GetString(ChatMsgBaseInfoFields_kStringBaseInfoMsgId);
   if (msg_id != item_msg_id_ && is_selected_) SetSelected(false, Variant());
   item_msg_id_ = msg_id;
-  chat_item_kind_ = message.GetInt32("chat_type", 0) == 4 ? 2 : 0;
+  chat_item_kind_ = chat::MessageRecord(message).chat_type() == chat::ChatType::kImage ? 2 : 0;
   msg_type_ = GetChatMsgType(message);
   if (!frame_created_) {
     CreateFrame();

@@ -8,6 +8,7 @@
 #include "chat/ui/desktop/view/chat/chat_open_app_item.h"
 #include "chat/ui/desktop/view/chat/chat_text_item.h"
 #include "chat/ui/desktop/view/chat/chat_tips_item.h"
+#include "chat/model/chat_message.h"
 
 ChatMessageWidget::ChatMessageWidget(QString reuse_id, QWidget* parent) : QFReuseWidget(std::move(reuse_id), parent) {
   setObjectName("ChatMessageWidget");
@@ -37,7 +38,7 @@ ChatItem* ChatMessageWidget::CreateItem(int chat_type, QWidget* parent) {
 }
 
 void ChatMessageWidget::SetMessageInfo(Variant const& message) {
-  const int chat_type = message.GetInt32("chat_type", 0);
+  const int chat_type = ToInt(chat::MessageRecord(message).chat_type());
   // A row bound again to what it shows (a reload hands every row on screen
   // back its own widget) has nothing to lay out again.
   if (item_ && item_chat_type_ == chat_type && item_->message() == message) return;
