@@ -11,6 +11,8 @@
 #include "chat/biz_model/chat_biz_model.h"
 #include "chat/biz_model/chat_biz_model_helper.h"
 #include "chat/model/chat_message.h"
+#include "chat/viewmodel/chat_clipboard_export.h"
+#include "chat/viewmodel/chat_send_error_text.h"
 #include "chat/runtime/chat_ids.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/chat/chat_utils.h"
@@ -55,7 +57,6 @@ constexpr uint32_t kTextUnreadCount = 0x3bbc3c82;
 constexpr uint32_t kTextUnreadMention = 0xba4380ab;
 constexpr uint32_t kTextOperationForbidden = 0xadf1fdc1;
 constexpr uint32_t kTextOperationFailed = 0x31f70655;
-constexpr uint32_t kTextSendFailedCode = 0xc44d1d12;
 
 constexpr char kEventTipExposure[] = "meetingpage_impanel_null_tips_null_null_exposure";
 constexpr char kEventTipClick[] = "meetingpage_impanel_null_tips_null_null_click";
@@ -713,70 +714,9 @@ void ChatHistoryListBaseViewModel::OnSendMessageResult(Variant const* payload, b
   ShowSendError(code, payload->GetInt32("chat_type"), error_msg);
 }
 
-namespace {
-
-// When a row of the send error table applies, besides its code.
-enum class SendErrorWhen { kAlways, kNetworkDown, kWebinar, kInvalidReceiver };
-
-struct SendErrorText {
-  std::array<int, 3> codes;  // unused places are 0, which is never an error
-  SendErrorWhen when;
-  uint32_t text;
-};
-
-// How the panel words a failed send: the first row that matches wins.
-constexpr SendErrorText kSendErrorTexts[] = {
-    {{121001}, SendErrorWhen::kAlways, 0x1d02d67e},
-    {{6008}, SendErrorWhen::kAlways, 0xdf5b367f},
-    {{8004, 6031}, SendErrorWhen::kNetworkDown, 0xdf5b367f},
-    {{7004, 7006}, SendErrorWhen::kAlways, 0x5ea85d0},
-    {{8004, 6031, 7005}, SendErrorWhen::kAlways, 0x215723ba},
-    {{20006}, SendErrorWhen::kWebinar, 0xec54bfb9},
-    {{60008}, SendErrorWhen::kWebinar, 0x52d7539a},
-    {{10007}, SendErrorWhen::kWebinar, 0xc2d08c4d},
-    {{10016}, SendErrorWhen::kWebinar, 0x75c30f57},
-    {{10105}, SendErrorWhen::kWebinar, 0x2e0db0bb},
-    {{80002}, SendErrorWhen::kAlways, 0x44932c62},
-    {{10110, 10111}, SendErrorWhen::kAlways, 0x55b7e41f},
-    {{6017}, SendErrorWhen::kInvalidReceiver, 0x4ac0e9c2},
-};
-// Blocked words: the text names the kind of message, with the reason.
-constexpr int kSendErrorBlockedWords = 10104;
-
-}  // namespace
-
 void ChatHistoryListBaseViewModel::ShowSendError(int code, int chat_type, std::string const& error_msg) {
   if (HandleSendError(code)) return;
-  if (code == kSendErrorBlockedWords) {
-    const uint32_t format = chat_type == ToInt(ChatType::kImage)  ? 0xa6f80427
-                            : chat_type == ToInt(ChatType::kFace) ? 0x4d19a04c
-                                                                  : 0xa04932de;
-    Toast(FormatString(format).Arg("reason", GetLocalizedString(0x83003322)).Str());
-    return;
-  }
-  const bool webinar = talvex_common::utils::webinar::IsMeetingWebinar();
-  const bool network_up = util::networkinfo::GetActiveNetworkInfo().available;
-  const auto applies = [&](SendErrorWhen when) {
-    switch (when) {
-      case SendErrorWhen::kAlways:
-        return true;
-      case SendErrorWhen::kNetworkDown:
-        return !network_up;
-      case SendErrorWhen::kWebinar:
-        return webinar;
-      case SendErrorWhen::kInvalidReceiver:
-        return error_msg == "invalid receiver userid";
-    }
-    return false;
-  };
-  for (SendErrorText const& row : kSendErrorTexts) {
-    const bool listed = std::find(row.codes.begin(), row.codes.end(), code) != row.codes.end();
-    if (listed && applies(row.when)) {
-      Toast(GetLocalizedString(row.text));
-      return;
-    }
-  }
-  Toast(GetLocalizedString(kTextSendFailedCode) + std::to_string(code));
+  Toast(SendErrorText(code, chat_type, error_msg));
 }
 
 void ChatHistoryListBaseViewModel::OnMessageOperationResult(Variant const* payload) {
@@ -849,49 +789,7 @@ void ChatHistoryListBaseViewModel::HandleGetMimeData(Variant const* params) {
     TXLOG_ERROR << "<IM> mime data wants an array of message ids";
     return;
   }
-  Variant entries = Array();
-  for (auto const& id : params->AsArray()) {
-    auto record = talvex::ChatUtils::GetMsgInfoPtrById(id.IsString() ? id.AsStr() : id.ToString());
-    if (!record) continue;
-    const MessageRecord message(*record);
-    const ChatType chat_type = message.chat_type();
-    const bool recalled = message.IsRecalled();
-    Variant const& content = record->Has("ui_msg_content") ? record->Get("ui_msg_content") : record->Get("msg_content");
-    Variant entry = Map();
-    if (chat_type != ChatType::kTip && !recalled) {
-      Variant const& sender = record->Has("msg_sender") ? record->Get("msg_sender") : record->Get("message_sender");
-      entry.Set("nickname", sender.GetString("nickname"));
-    }
-    std::string text;
-    if (recalled) {
-      continue;
-    } else if (chat_type == ChatType::kImage) {
-      for (char const* key : {"orig_path", "large_path", "thumb_path", "send_orig_path"}) {
-        const std::string path = content.GetString(key);
-        if (!path.empty()) {
-          entry.Set("img", path);
-          break;
-        }
-      }
-      text = GetLocalizedString(framework::NameId("chat.message.image"));
-      if (text.empty()) text = "[Image]";
-    } else if (chat_type == ChatType::kFile) {
-      text = content.GetString("title", content.GetString("name"));
-    } else if (content.IsArray()) {
-      for (auto const& item : content.AsArray()) {
-        const bool emoji = item.GetInt32("item_type", ToInt(ItemType::kText)) == ToInt(ItemType::kEmoji);
-        text += emoji ? item.GetString("item_emoji_text") : item.GetString("item_content");
-      }
-    } else if (content.IsMap()) {
-      text = content.GetString("item_content", content.GetString("item_emoji_text"));
-    }
-    entry.Set("text", text);
-    if (message.IsFailed()) {
-      entry.Set("tail", GetLocalizedString(framework::NameId("chat.message.not_sent")));
-    }
-    entries.Add(std::move(entry));
-  }
-  SetPropValue(kPropMimeData, std::move(entries));
+  SetPropValue(kPropMimeData, ClipboardEntries(*params));
 }
 
 }  // namespace chat
