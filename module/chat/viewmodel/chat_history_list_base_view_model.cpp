@@ -640,6 +640,21 @@ void ChatHistoryListBaseViewModel::DeleteShowMessage(Variant const& items, int) 
 
 // --- unread tip -----------------------------------------------------------------------
 
+Variant ChatHistoryListBaseViewModel::TakePendingMessages() {
+  Variant pending = std::move(pending_msg_list_);
+  pending_msg_list_ = Array();
+  return pending;
+}
+
+void ChatHistoryListBaseViewModel::CountUnread(std::string const& msg_id, ChatType chat_type) {
+  if (chat_type == ChatType::kNotice) {
+    ++at_msg_count_;
+    at_msg_unread_pos_ = unread_msg_count_ + 1;
+    at_msg_id_ = msg_id;
+  }
+  if (chat_type != ChatType::kTip && chat_type != ChatType::kPlainText) ++unread_msg_count_;
+}
+
 void ChatHistoryListBaseViewModel::UpdateUnreadTip() {
   std::string text;
   if (unread_msg_count_ >= 1) {

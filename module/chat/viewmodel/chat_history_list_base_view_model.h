@@ -117,6 +117,18 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   std::string CurrentMainMeetingId() const;
   void CallListRecord(uint32_t method, Variant const& ids);
 
+  // Received messages waiting for the next append, taken all at once.
+  Variant TakePendingMessages();
+  bool is_snap_bottom() const { return is_snap_bottom_; }
+  // Counts a received message the reader has not seen: every kind but tips
+  // and plain-text lines, and a notice also as a mention to jump to.
+  void CountUnread(std::string const& msg_id, ChatType chat_type);
+  void set_template_type(int32_t type) { template_type_ = type; }
+
+ private:
+  void Subscribe();
+  void Unsubscribe();
+
   Variant pending_msg_list_;
   bool is_snap_bottom_ = true;
   int32_t unread_msg_count_ = 0;
@@ -134,10 +146,6 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   Variant history_page_buffer_;
   Variant show_msg_ids_;
   std::string local_msg_id_;
-
- private:
-  void Subscribe();
-  void Unsubscribe();
 };
 
 }  // namespace chat

@@ -64,8 +64,9 @@ bool ChatPanelHistoryListViewModel::ScheduleRecvMsgs(bool immediately, bool coun
 }
 
 void ChatPanelHistoryListViewModel::UpdateRecvMsgs(bool count_unread) {
-  if (!is_snap_bottom_ && count_unread) {
-    for (auto const& item : pending_msg_list_.AsArray()) {
+  Variant pending = TakePendingMessages();
+  if (!is_snap_bottom() && count_unread) {
+    for (auto const& item : pending.AsArray()) {
       const std::string id = item.GetString(ChatHistoryListMsgItemFields_kStringMsgItemMsgId);
       auto msg = talvex::ChatUtils::GetMsgInfoPtrById(id);
       if (!msg) {
@@ -77,18 +78,10 @@ void ChatPanelHistoryListViewModel::UpdateRecvMsgs(bool count_unread) {
         TXLOG_ERROR << "msg is not found chat_type";
         continue;
       }
-      const ChatType chat_type = record.chat_type();
-      if (chat_type == ChatType::kNotice) {
-        ++at_msg_count_;
-        at_msg_unread_pos_ = unread_msg_count_ + 1;
-        at_msg_id_ = id;
-      }
-      if (chat_type != ChatType::kTip && chat_type != ChatType::kPlainText) ++unread_msg_count_;
+      CountUnread(id, record.chat_type());
     }
     UpdateUnreadTip();
   }
-  Variant pending = std::move(pending_msg_list_);
-  pending_msg_list_ = Variant(base::variant::kVariantTypeArray);
   UpdateMessageList(pending, kUpdateAppend);
   InvokeChatBizModel(GetModuleRuntime4ATG(), ChatModel::kFireScrollToBottom);
   // The timer may be the caller; a TXTimer may be deleted by its own callback.
@@ -114,7 +107,7 @@ void ChatPanelHistoryListViewModel::OnEventFileFailure(Variant const* payload) {
 
 void ChatRecordPanelHistoryListViewModel::ParseInitParams(Variant const* params) {
   ChatHistoryListBaseViewModel::ParseInitParams(params);
-  template_type_ = kTemplateRecord;
+  set_template_type(kTemplateRecord);
 }
 
 }  // namespace chat
