@@ -26,7 +26,7 @@ Variant MapValue() { return Variant(base::variant::kVariantTypeMap); }
 
 Variant TextItem(std::string const& text) {
   Variant item = MapValue();
-  item.Set("item_type", 0);
+  item.Set("item_type", ToInt(ItemType::kText));
   item.Set("item_content", text);
   return item;
 }
@@ -118,7 +118,7 @@ void ChatMessageBizModel::OnEventConvertToUIMsg(Variant const* record_in, bool& 
         break;
       }
       result = MapValue();
-      result.Set("item_type", 1);
+      result.Set("item_type", ToInt(ItemType::kEmoji));
       result.Set("item_emoji_path", face.Get("path"));
       result.Set("item_emoji_text", face.Get("face_type"));
       result.Set("item_emoji_index", face.Get("index"));
@@ -172,7 +172,7 @@ void ChatMessageBizModel::ParseImageMessageContent(Variant const& element, Varia
   const std::string orig_id = element.GetString("image_elem_orig_id");
   const std::string orig_path = element.GetString("image_elem_orig_path");
 
-  result.Set("item_type", 3);
+  result.Set("item_type", ToInt(ItemType::kImage));
   result.Set("thumb_url", thumb_url);
   result.Set("thumb_id", thumb_id);
   result.Set("orig_url", orig_url);
@@ -256,7 +256,7 @@ void ChatMessageBizModel::ParseNoticeMessageContent(Variant const& ext, Variant&
 }
 
 void ChatMessageBizModel::ParseOpenAppMessage(Variant const& ext, Variant& result) {
-  result.Set("item_type", 4);
+  result.Set("item_type", ToInt(ItemType::kOpenApp));
   if (ext.Has("description")) {
     result.Set("description", ext.Get("description"));
   } else {
@@ -332,7 +332,7 @@ void ChatMessageBizModel::ParseFileMessageContent(Variant const& ext, Variant& r
   Variant const& info = ext.Get("file_info");
   const std::string name = info.GetString("name");
   result = MapValue();
-  result.Set("item_type", 6);
+  result.Set("item_type", ToInt(ItemType::kFile));
   result.Set("path", info.GetString("path"));
   result.Set("title", name);
   result.Set("name", name);

@@ -284,7 +284,7 @@ bool ChatSendMessageBizModel::InvokeSendTextMessage(Variant const* params, Varia
     return false;
   }
   const int template_type = TemplateTypeOf(*params);
-  if ((template_type == 1 || template_type == 2) && !CheckAuthorizeBeforeSendAction()) {
+  if ((template_type == ToInt(TemplateType::kBullet) || template_type == ToInt(TemplateType::kPanel)) && !CheckAuthorizeBeforeSendAction()) {
     TXLOG_INFO << "<IM> check authorize fail!";
     return false;
   }
@@ -332,7 +332,9 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
   const int type = request->receiver_type;
   Variant& send = request->params;
   send.Set("text_elem_content", text);
-  send.Set("message_send_from_type", template_type == 1 ? 1 : template_type == 2 ? 2 : -1);
+  // The surface a text is sent from: the overlay, the panel, or another.
+  const bool from_surface = template_type == ToInt(TemplateType::kBullet) || template_type == ToInt(TemplateType::kPanel);
+  send.Set("message_send_from_type", from_surface ? template_type : -1);
   uint32_t method = 7;
   if (type == ToInt(ReceiverType::kWaitingRoom)) {
     method = 23;
@@ -344,7 +346,7 @@ void ChatSendMessageBizModel::HandleSendTextMessage(std::string const& text, int
   TXLOG_INFO << "<IM> send message conv_type = " << request->conv.conv_type
              << ", content=" << framework::VariantToString(&send);
   ReportSend("1", request->conv, request->receiver);
-  if (template_type == 1) {
+  if (template_type == ToInt(TemplateType::kBullet)) {
     auto const& self = talvex::MeetingContext::Current();
     analytics::LogEventWithProperties(
         "bullet_vm_send_text_msg",
@@ -383,7 +385,7 @@ bool ChatSendMessageBizModel::IsEnterpriseCanSendFileMessage() {
 
 bool ChatSendMessageBizModel::CheckSendImage(std::string const& path, Variant const& params) {
   const int template_type = TemplateTypeOf(params);
-  if ((template_type == 1 || template_type == 2) && !CheckAuthorizeBeforeSendAction()) {
+  if ((template_type == ToInt(TemplateType::kBullet) || template_type == ToInt(TemplateType::kPanel)) && !CheckAuthorizeBeforeSendAction()) {
     TXLOG_INFO << "<IM> check authorize fail!";
     return false;
   }
@@ -463,7 +465,7 @@ void ChatSendMessageBizModel::HandleSendImageMessage(std::string const& path, Va
   if (!PostToMessageModel(request->receiver_type == ToInt(ReceiverType::kWaitingRoom) ? 31 : 30, send, "image", &msg_id)) return;
   TXLOG_INFO << "<IM> send message." << ", msgid=" << msg_id
              << " image_elem_orig_path =" << path;
-  if (template_type == 2) ReportSend("2", request->conv, request->receiver);
+  if (template_type == ToInt(TemplateType::kPanel)) ReportSend("2", request->conv, request->receiver);
 }
 
 bool ChatSendMessageBizModel::InvokeSendFileMessage(Variant const* params, Variant* result) {

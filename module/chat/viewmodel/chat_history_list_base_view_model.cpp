@@ -742,7 +742,8 @@ void ChatHistoryListBaseViewModel::OnMessageOperationResult(Variant const* paylo
   const int code = payload->GetInt32("result");
   if (code == 0) return;
   const int conv_type = payload->GetInt32("message_conv_type");
-  const bool forbidden = (conv_type == 2 && code == 10031) || (conv_type == 1 && code == 20016);
+  const bool forbidden = (conv_type == ToInt(ConvType::kGroup) && code == 10031) ||
+                         (conv_type == ToInt(ConvType::kPrivate) && code == 20016);
   Toast(forbidden ? GetLocalizedString(kTextOperationForbidden)
                   : GetLocalizedString(kTextOperationFailed) + std::to_string(code));
 }

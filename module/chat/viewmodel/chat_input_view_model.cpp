@@ -15,6 +15,7 @@
 #include "framework/meeting/private_chat_record.h"
 #include "framework/module/app_module.h"
 #include "framework/module/module_runtime.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -411,7 +412,7 @@ void ChatInputViewModel::HandleMatchTextToMsgItems(Variant const* params) {
   if (!faces || !faces->Invoke(kFaceMethodMatchText, &ask, &items)) {
     items = Variant(base::variant::kVariantTypeArray);
     Variant item(base::variant::kVariantTypeMap);
-    item.Set("item_type", 0);
+    item.Set("item_type", ToInt(ItemType::kText));
     item.Set("item_content", text);
     items.Add(std::move(item));
   }

@@ -7,6 +7,7 @@
 #include "framework/meeting/meeting_context.h"
 #include "framework/meeting/meeting_settings.h"
 #include "framework/navigation/routing.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -20,7 +21,7 @@ bool ChatNoticeMessageViewModel::FillInfo(Variant const& record, Variant const* 
   Variant items(base::variant::kVariantTypeArray);
   for (auto const& element : content.AsArray()) {
     const int type = element.GetInt32("item_type", -1);
-    if (type != 0 && type != 2) continue;
+    if (type != ToInt(ItemType::kText) && type != ToInt(ItemType::kLink)) continue;
     Variant item(base::variant::kVariantTypeMap);
     item.Set(ChatNoticeMessageItemFields_kIntegerItemType, type);
     item.Set(ChatNoticeMessageItemFields_kStringItemContent, element.GetString("item_content"));

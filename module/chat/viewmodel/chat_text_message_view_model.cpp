@@ -2,6 +2,7 @@
 
 #include "base/log/log.h"
 #include "framework/chat/chat_schema_keys.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -20,11 +21,11 @@ bool ChatTextMessageViewModel::FillInfo(Variant const& record, Variant const* pa
   for (auto const& element : content.AsArray()) {
     const int type = element.GetInt32("item_type", -1);
     Variant item(base::variant::kVariantTypeMap);
-    if (type == 0 || type == 2) {
+    if (type == ToInt(ItemType::kText) || type == ToInt(ItemType::kLink)) {
       item.Set(ChatTextMessageItemFields_kIntegerItemType, type);
       item.Set(ChatTextMessageItemFields_kStringItemContent, element.GetString("item_content"));
-    } else if (type == 1) {
-      item.Set(ChatTextMessageItemFields_kIntegerItemType, 1);
+    } else if (type == ToInt(ItemType::kEmoji)) {
+      item.Set(ChatTextMessageItemFields_kIntegerItemType, type);
       item.Set(ChatTextMessageItemFields_kIntegerItemEmojiIndex, element.GetInt32("item_emoji_index", -1));
       item.Set(ChatTextMessageItemFields_kStringItemEmojiPath, element.GetString("item_emoji_path"));
       item.Set(ChatTextMessageItemFields_kStringItemEmojiText, element.GetString("item_emoji_text"));

@@ -618,7 +618,7 @@ bool ChatHistoryListView::HandleViewEvent(AppBaseView* source, int event, Varian
       if (!this_selected) list_->ClearSelection();
       TXLOG_INFO << "[chat menu] message menu requested, msg_id=" << msg_id
                  << ", position_type=" << (from_more && params->GetBoolean("is_self", false) ? 2 : 1)
-                 << ", selectable=" << (template_type_ != 3);
+                 << ", selectable=" << (template_type_ != ToInt(chat::TemplateType::kRecord));
       return true;
     }
     case ChatMessageView::kEventAvatarMenu:
