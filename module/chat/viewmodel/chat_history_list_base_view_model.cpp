@@ -278,10 +278,8 @@ void ChatHistoryListBaseViewModel::AddMessage(Variant const& msg, Variant& list,
 }
 
 void ChatHistoryListBaseViewModel::InsertTimeTipIfNeeded(Variant const& msg, Variant& list, bool history) {
-  uint64_t& watermark = history ? first_msg_time_ : last_msg_time_;
   const uint64_t t = msg.GetUint64("message_time", 0);
-  if (watermark + kTimeTipGapSeconds < t) InsertTimeTip(t, list);
-  watermark = std::max(watermark, t);
+  if (time_tips_.TipDue(t, history)) InsertTimeTip(t, list);
 }
 
 void ChatHistoryListBaseViewModel::InsertTimeTip(uint64_t seconds, Variant& list) {
@@ -493,10 +491,10 @@ void ChatHistoryListBaseViewModel::OnGetMessageList(Variant const* payload) {
     TXLOG_ERROR << "<IM> message not have local_msg_id";
   }
   auto first = talvex::ChatUtils::GetMsgInfoPtrById(id_list.front().AsStr());
-  first_msg_time_ = first ? first->GetUint64("message_time", 0) : 0;
-  if (last_msg_time_ == 0) {
+  time_tips_.StartPage(first ? first->GetUint64("message_time", 0) : 0);
+  if (!time_tips_.has_newest()) {
     auto last = talvex::ChatUtils::GetMsgInfoPtrById(id_list.back().AsStr());
-    if (last) last_msg_time_ = last->GetUint64("message_time", 0);
+    if (last) time_tips_.set_newest(last->GetUint64("message_time", 0));
   }
 
   // Usable messages, oldest first.
@@ -594,8 +592,7 @@ void ChatHistoryListBaseViewModel::RecordShownMessages(Variant const& items, int
     if (type != kUpdateAppend) continue;
     auto msg = talvex::ChatUtils::GetMsgInfoPtrById(id);
     if (msg && (MessageRecord(*msg).is_from_self() || is_snap_bottom_)) {
-      at_msg_count_ = 0;
-      unread_msg_count_ = 0;
+      unread_.ClearCounts();
       SetPropValue(kPropSnapToBottom, nullptr);
     }
   }
@@ -647,47 +644,38 @@ Variant ChatHistoryListBaseViewModel::TakePendingMessages() {
 }
 
 void ChatHistoryListBaseViewModel::CountUnread(std::string const& msg_id, ChatType chat_type) {
-  if (chat_type == ChatType::kNotice) {
-    ++at_msg_count_;
-    at_msg_unread_pos_ = unread_msg_count_ + 1;
-    at_msg_id_ = msg_id;
-  }
-  if (chat_type != ChatType::kTip && chat_type != ChatType::kPlainText) ++unread_msg_count_;
+  unread_.Count(msg_id, chat_type);
 }
 
 void ChatHistoryListBaseViewModel::UpdateUnreadTip() {
   std::string text;
-  if (unread_msg_count_ >= 1) {
-    if (at_msg_count_ < 1) {
+  const int unread = unread_.unread();
+  if (unread >= 1) {
+    if (unread_.mentions() < 1) {
       text = FormatString(kTextUnreadCount)
-                 .Arg("msg_count", static_cast<int64_t>(std::min(unread_msg_count_, 99)))
-                 .Arg("msg_marks", unread_msg_count_ > 99 ? "+" : "")
+                 .Arg("msg_count", static_cast<int64_t>(std::min(unread, 99)))
+                 .Arg("msg_marks", unread > 99 ? "+" : "")
                  .Str();
-      if (unread_msg_count_ == 1) talvex_common::utils::analytics::LogEvent(kEventTipExposure);
+      if (unread == 1) talvex_common::utils::analytics::LogEvent(kEventTipExposure);
     } else {
       text = GetLocalizedString(kTextUnreadMention);
     }
   }
   Variant tip = Map();
-  tip.Set(ChatHistoryListShowUnreadMsgTipFields_kIntegerShowUnreadMsgTipUnreadMsgCount, unread_msg_count_);
+  tip.Set(ChatHistoryListShowUnreadMsgTipFields_kIntegerShowUnreadMsgTipUnreadMsgCount, unread);
   tip.Set(ChatHistoryListShowUnreadMsgTipFields_kStringShowUnreadMsgTipUnreadMsgTips, text);
   SetPropValue(kPropUnreadTip, std::move(tip));
 }
 
 void ChatHistoryListBaseViewModel::HandleClickUnreadTip() {
   talvex_common::utils::analytics::LogEvent(kEventTipClick);
-  if (at_msg_count_ < 1) {
-    at_msg_count_ = 0;
-    unread_msg_count_ = 0;
+  if (unread_.mentions() < 1) {
+    unread_.ClearCounts();
     SetPropValue(kPropSnapToBottom, nullptr);
     return;
   }
-  // Messages that came after the mention stay counted.
-  at_msg_count_ = 0;
-  unread_msg_count_ = std::max(0, unread_msg_count_ - at_msg_unread_pos_);
-  at_msg_unread_pos_ = 0;
   Variant scroll = Map();
-  scroll.Set(ChatHistoryListScrollToMessageFields_kStringScrollToMessageMsgId, at_msg_id_);
+  scroll.Set(ChatHistoryListScrollToMessageFields_kStringScrollToMessageMsgId, unread_.JumpToMention());
   SetPropValue(kPropScrollToMessage, std::move(scroll));
   UpdateUnreadTip();
 }
@@ -699,9 +687,7 @@ void ChatHistoryListBaseViewModel::HandleIsScrollBottom(Variant const* params) {
   }
   is_snap_bottom_ = params->GetBoolean(ChatHistoryListIsScrollBottomFields_kBooleanIsSnapBottom);
   if (!is_snap_bottom_) return;
-  unread_msg_count_ = 0;
-  at_msg_count_ = 0;
-  at_msg_unread_pos_ = 0;
+  unread_.Clear();
   UpdateUnreadTip();
 }
 

@@ -5,6 +5,7 @@
 
 #include "framework/viewmodel/extension_view_model.h"
 #include "chat/model/chat_message.h"
+#include "chat/viewmodel/chat_history_list_parts.h"
 
 namespace chat {
 
@@ -80,8 +81,8 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   int template_type() const { return template_type_; }
   std::string const& message_conv_id() const { return message_conv_id_; }
   bool is_getting_more() const { return is_getting_more_; }
-  int unread_msg_count() const { return unread_msg_count_; }
-  int at_msg_count() const { return at_msg_count_; }
+  int unread_msg_count() const { return unread_.unread(); }
+  int at_msg_count() const { return unread_.mentions(); }
   Variant const& show_msg_ids() const { return show_msg_ids_; }
   std::string const& list_id() const { return list_id_; }
 
@@ -131,15 +132,11 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
 
   Variant pending_msg_list_;
   bool is_snap_bottom_ = true;
-  int32_t unread_msg_count_ = 0;
-  int32_t at_msg_count_ = 0;
-  int32_t at_msg_unread_pos_ = 0;
-  std::string at_msg_id_;
+  UnreadCounter unread_;
   std::string message_conv_id_;
   std::string list_id_;
   int32_t template_type_ = kTemplatePanel;
-  uint64_t last_msg_time_ = 0;
-  uint64_t first_msg_time_ = 0;
+  TimeTipMarks time_tips_{kTimeTipGapSeconds};
   bool is_getting_more_ = false;
   uint64_t anchor_msg_id_ = 0;
   std::string meeting_id_;
