@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "base/variant/variant.h"
 
@@ -8,6 +9,14 @@ namespace sim {
 
 // Someone who sends in the simulated meeting.
 struct Sender {
+  Sender() = default;
+  Sender(std::string id, std::string name, std::string uid = {}, std::string app = "1400", std::string picture = {})
+      : user_id(std::move(id)),
+        nickname(std::move(name)),
+        app_uid(std::move(uid)),
+        app_id(std::move(app)),
+        avatar(std::move(picture)) {}
+
   std::string user_id;
   std::string nickname;
   std::string app_uid;

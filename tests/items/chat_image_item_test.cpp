@@ -120,7 +120,7 @@ TEST_F(ChatImageItemTest, RecycledRowShowsOnlyTheImageGivenLast) {
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return logs.Contains("image changed"); }));
   EXPECT_EQ(browser->image_path(), second);
   EXPECT_EQ(browser->label()->size(), QSize(80, 40));
-  EXPECT_EQ(browser->label()->pixmap()->toImage().pixelColor(1, 1), QColor(Qt::blue));
+  EXPECT_EQ(browser->label()->pixmap(Qt::ReturnByValue).toImage().pixelColor(1, 1), QColor(Qt::blue));
 }
 
 TEST_F(ChatImageItemTest, SaveAsProposesATimedPngAtHomeAndCopiesThePicture) {
@@ -150,7 +150,7 @@ TEST_F(ChatImageItemTest, SaveAsProposesATimedPngAtHomeAndCopiesThePicture) {
 TEST_F(ChatImageItemTest, MissingImagesShowTheirPlaceholderAndCopyNothing) {
   auto incoming = MakeRow(ImageInfo("img1", QString()));
   EXPECT_EQ(BrowserOf(incoming.get())->placeholder(), ":/images/chat/im_icon_imageloading_normal");
-  EXPECT_FALSE(BrowserOf(incoming.get())->label()->pixmap()->isNull()) << "the placeholder image is in the resources";
+  EXPECT_FALSE(BrowserOf(incoming.get())->label()->pixmap(Qt::ReturnByValue).isNull()) << "the placeholder image is in the resources";
   auto own = MakeRow(ImageInfo("img2", QString(), true));
   EXPECT_EQ(BrowserOf(own.get())->placeholder(), ":/images/chat/im_icon_imagemissing_normal");
 

@@ -136,7 +136,9 @@ TEST_F(PanelHostTest, ScriptedParticipantsPlayEveryKindOfMessage) {
     statuses.insert(record->GetInt32("message_status"));
     Variant const& content = record->Get("ui_msg_content");
     // Pictures and downloaded files are real files where the client keeps them.
-    if (record->GetInt32("chat_type") == 4) EXPECT_TRUE(QFileInfo::exists(content.GetString("orig_path").c_str()));
+    if (record->GetInt32("chat_type") == 4) {
+      EXPECT_TRUE(QFileInfo::exists(content.GetString("orig_path").c_str()));
+    }
     if (record->GetInt32("chat_type") == 8) {
       EXPECT_EQ(content.GetInt32("status"), 9) << "the download finished";
       EXPECT_TRUE(QFileInfo::exists(content.GetString("path").c_str()));
