@@ -73,7 +73,7 @@ bool IsTip(Variant const& msg) { return MessageRecord(msg).IsTip(); }
 }  // namespace
 
 ChatHistoryListBaseViewModel::ChatHistoryListBaseViewModel()
-    : pending_msg_list_(Array()), history_page_buffer_(Array()), show_msg_ids_(Array()) {}
+    : pending_msg_list_(Array()), show_msg_ids_(Array()) {}
 
 ChatHistoryListBaseViewModel::~ChatHistoryListBaseViewModel() {
   if (auto extension = GetExtension()) extension->UnRegisterEventHandler("SetPaneTypeEvent");
@@ -106,8 +106,8 @@ std::string ChatHistoryListBaseViewModel::CurrentMainMeetingId() const {
 void ChatHistoryListBaseViewModel::OnViewAttached(Variant const* params) {
   talvex::ExtensionViewModel::OnViewAttached(params);
   if (params && params->Get("router_params").Has("anchor_msg_id")) {
-    anchor_msg_id_ = params->Get("router_params").GetUint64("anchor_msg_id");
-    TXLOG_INFO << "<IM> anchor_msg_id_=" << anchor_msg_id_;
+    pages_.set_anchor(params->Get("router_params").GetUint64("anchor_msg_id"));
+    TXLOG_INFO << "<IM> anchor_msg_id_=" << pages_.anchor();
   }
   if (message_conv_id_.empty()) message_conv_id_ = talvex_common::utils::GetStrMeetingId();
 
@@ -192,8 +192,7 @@ void ChatHistoryListBaseViewModel::Unsubscribe() {
 void ChatHistoryListBaseViewModel::OnViewDetached() {
   pending_msg_list_ = Array();
   show_msg_ids_ = Array();
-  history_page_buffer_ = Array();
-  local_msg_id_.clear();
+  pages_.Reset();
   if (auto lists = Host(kListRecordModel)) {
     Variant params = Map();
     params.Set("list_id", list_id_);
@@ -209,7 +208,7 @@ void ChatHistoryListBaseViewModel::OnViewDetached() {
 void ChatHistoryListBaseViewModel::HandleAction(uint32_t action, Variant const* params) {
   switch (action) {
     case kActionSetAnchor:
-      if (params && params->IsNumber()) anchor_msg_id_ = params->AsUint64();
+      if (params && params->IsNumber()) pages_.set_anchor(params->AsUint64());
       return;
     case kActionClickUnreadTip:
       HandleClickUnreadTip();
@@ -431,7 +430,7 @@ bool ChatHistoryListBaseViewModel::GetHistoryMessage(std::string const& msg_id) 
   Variant params = Map();
   params.Set("limit", kHistoryPageLimit);
   uint64_t from = 0;
-  const std::string& cursor = !msg_id.empty() ? msg_id : local_msg_id_;
+  const std::string& cursor = !msg_id.empty() ? msg_id : pages_.oldest_id();
   if (!cursor.empty()) {
     auto record = talvex::ChatUtils::GetMsgInfoPtrById(cursor);
     if (record && record->Has("local_msg_id")) {
@@ -441,11 +440,10 @@ bool ChatHistoryListBaseViewModel::GetHistoryMessage(std::string const& msg_id) 
     }
   }
   params.Set("msg_id", from);
-  if (is_getting_more_) {
+  if (!pages_.Begin()) {
     TXLOG_INFO << "<IM> getting more message";
     return false;
   }
-  is_getting_more_ = true;
   params.Set("meeting_id",
              template_type_ == kTemplateRecord ? message_conv_id_ : talvex_common::utils::GetStrMeetingId());
   messages->Invoke(kMethodGetHistory, &params, nullptr);
@@ -454,10 +452,10 @@ bool ChatHistoryListBaseViewModel::GetHistoryMessage(std::string const& msg_id) 
 
 void ChatHistoryListBaseViewModel::HandleGetMoreMsgList(Variant const* params) {
   if (params && params->Get(ChatHistoryListGetMoreMsgListFields_kStringMsgId).IsString()) {
-    local_msg_id_ = params->GetString(ChatHistoryListGetMoreMsgListFields_kStringMsgId);
+    pages_.set_oldest_id(params->GetString(ChatHistoryListGetMoreMsgListFields_kStringMsgId));
   }
-  TXLOG_INFO << "<IM> chatting msg_id:" << local_msg_id_;
-  GetHistoryMessage(local_msg_id_);
+  TXLOG_INFO << "<IM> chatting msg_id:" << pages_.oldest_id();
+  GetHistoryMessage(pages_.oldest_id());
 }
 
 void ChatHistoryListBaseViewModel::OnMessageListChanged(Variant const*) { GetHistoryMessage(""); }
@@ -476,17 +474,17 @@ void ChatHistoryListBaseViewModel::OnGetMessageList(Variant const* payload) {
   if (!ids.IsArray() || payload->GetInteger("result") != 0) return;
   const uint64_t from = payload->GetUint64("from_msg_id", 0);
   const int type = from != 0 ? kUpdateOlderPage : kUpdateReset;
-  if (from == 0) history_page_buffer_ = Array();
+  if (from == 0) pages_.DropHeld();
   Variant items = Array();
   if (ids.Empty()) {
-    is_getting_more_ = false;
+    pages_.End();
     UpdateMessageList(items, type);
     TXLOG_INFO << "<IM> msg_id_list is empty, prop=" << kPropMessageList;
     return;
   }
   Variant::Array const& id_list = ids.AsArray();
   if (id_list.front().IsString()) {
-    local_msg_id_ = id_list.front().AsStr();
+    pages_.set_oldest_id(id_list.front().AsStr());
   } else {
     TXLOG_ERROR << "<IM> message not have local_msg_id";
   }
@@ -508,8 +506,8 @@ void ChatHistoryListBaseViewModel::OnGetMessageList(Variant const* payload) {
     const MessageStatus status = MessageRecord(*msg).status();
     if (ToInt(status) == 7 || status == MessageStatus::kDeleted) continue;
     AddMessage(*msg, items, true);
-    if (anchor_msg_id_ != 0) {
-      if (msg->GetUint64("local_msg_id") == anchor_msg_id_) {
+    if (pages_.anchor() != 0) {
+      if (msg->GetUint64("local_msg_id") == pages_.anchor()) {
         TXLOG_INFO << "<IM> anchor_msg_id is found";
         anchor_found = id.AsStr();
         anchor_missing = false;
@@ -521,20 +519,14 @@ void ChatHistoryListBaseViewModel::OnGetMessageList(Variant const* payload) {
 
   // One id beyond a page of 50 tells that older messages exist.
   const bool has_more = id_list.size() > 50;
-  if (anchor_msg_id_ != 0 && has_more && anchor_missing) {
-    is_getting_more_ = false;
-    // Older pages go in front of the newer ones already buffered.
-    Variant buffered = items;
-    for (auto const& item : history_page_buffer_.AsArray()) buffered.Add(item);
-    history_page_buffer_ = std::move(buffered);
+  if (pages_.anchor() != 0 && has_more && anchor_missing) {
+    pages_.End();
+    pages_.HoldBack(items);
     GetHistoryMessage("");
     TXLOG_INFO << "<IM> auto load next page message";
     return;
   }
-  if (!history_page_buffer_.Empty()) {
-    for (auto const& item : history_page_buffer_.AsArray()) items.Add(item);
-    history_page_buffer_ = Array();
-  }
+  pages_.AppendHeldTo(items);
   if (!items.Empty()) {
     if (!has_more) {
       // The top of the history opens with a tip.
@@ -549,14 +541,14 @@ void ChatHistoryListBaseViewModel::OnGetMessageList(Variant const* payload) {
     }
     TXLOG_INFO << "<IM> get more message size=" << items.Size() << ",prop=" << kPropMessageList;
     UpdateMessageList(items, type);
-    is_getting_more_ = false;
-    if (anchor_msg_id_ != 0) {
+    pages_.End();
+    if (pages_.anchor() != 0) {
       Variant scroll = Map();
       scroll.Set(ChatHistoryListScrollToMessageFields_kStringScrollToMessageMsgId, anchor_found);
       SetPropValue(kPropScrollToMessage, std::move(scroll));
     }
   }
-  anchor_msg_id_ = 0;
+  pages_.set_anchor(0);
 }
 
 // --- sending an update -------------------------------------------------------------

@@ -80,7 +80,7 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
 
   int template_type() const { return template_type_; }
   std::string const& message_conv_id() const { return message_conv_id_; }
-  bool is_getting_more() const { return is_getting_more_; }
+  bool is_getting_more() const { return pages_.requesting(); }
   int unread_msg_count() const { return unread_.unread(); }
   int at_msg_count() const { return unread_.mentions(); }
   Variant const& show_msg_ids() const { return show_msg_ids_; }
@@ -137,12 +137,9 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   std::string list_id_;
   int32_t template_type_ = kTemplatePanel;
   TimeTipMarks time_tips_{kTimeTipGapSeconds};
-  bool is_getting_more_ = false;
-  uint64_t anchor_msg_id_ = 0;
+  HistoryPages pages_;
   std::string meeting_id_;
-  Variant history_page_buffer_;
   Variant show_msg_ids_;
-  std::string local_msg_id_;
 };
 
 }  // namespace chat

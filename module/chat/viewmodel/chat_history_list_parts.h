@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "chat/model/chat_message.h"
 
@@ -70,6 +71,51 @@ class TimeTipMarks {
   uint64_t gap_;
   uint64_t oldest_ = 0;
   uint64_t newest_ = 0;
+};
+
+// Asking the client for pages of history: one request at a time, the oldest
+// message shown (the next page starts there), the message the list opens at,
+// and the pages held back while that message is looked for.
+class HistoryPages {
+ public:
+  // False while a request is out; otherwise a request is out from now on.
+  bool Begin() {
+    if (requesting_) return false;
+    requesting_ = true;
+    return true;
+  }
+  void End() { requesting_ = false; }
+  bool requesting() const { return requesting_; }
+
+  std::string const& oldest_id() const { return oldest_id_; }
+  void set_oldest_id(std::string id) { oldest_id_ = std::move(id); }
+
+  uint64_t anchor() const { return anchor_; }
+  void set_anchor(uint64_t local_msg_id) { anchor_ = local_msg_id; }
+
+  // A page without the anchor waits, in front of the newer pages waiting.
+  void HoldBack(Variant const& page) {
+    Variant held = page;
+    for (auto const& item : held_.AsArray()) held.Add(item);
+    held_ = std::move(held);
+  }
+  // The waiting pages go after `page`, and wait no more.
+  void AppendHeldTo(Variant& page) {
+    for (auto const& item : held_.AsArray()) page.Add(item);
+    held_ = Variant(base::variant::kVariantTypeArray);
+  }
+  void DropHeld() { held_ = Variant(base::variant::kVariantTypeArray); }
+  // The list closed: what it showed is forgotten.
+  void Reset() {
+    DropHeld();
+    oldest_id_.clear();
+  }
+
+ private:
+  bool requesting_ = false;
+  std::string oldest_id_;
+  uint64_t anchor_ = 0;
+  Variant held_{base::variant::kVariantTypeArray};
 };
 
 }  // namespace chat
