@@ -114,7 +114,7 @@ void ChatMessageBizModel::OnEventConvertToUIMsg(Variant const* record_in, bool& 
         TXLOG_INFO << "face not load: " << index.AsInt32();
         result = Variant(base::variant::kVariantTypeArray);
         result.Add(TextItem(elements.front().GetString("face_elem_buf")));
-        record.Set(record_key::kChatType, ToInt(ChatType::kText));
+        record.Set(chat_key::kChatType, ToInt(ChatType::kText));
         break;
       }
       result = MapValue();

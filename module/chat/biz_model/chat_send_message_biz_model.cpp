@@ -70,7 +70,7 @@ bool ConfigBool(char const* section, char const* key, bool def) {
 }
 
 int TemplateTypeOf(Variant const& params) {
-  Variant const& t = params.Get("template_type");
+  Variant const& t = params.Get(chat_key::kTemplateType);
   return t.IsInteger() ? t.AsInt32() : kDefaultTemplateType;
 }
 
@@ -304,8 +304,8 @@ std::optional<ChatSendMessageBizModel::SendRequest> ChatSendMessageBizModel::Beg
   request.conv = CurrentConversation(request.receiver);
   request.params = Variant(base::variant::kVariantTypeMap);
   if (request.conv.conv_type == ToInt(ConvType::kPrivate)) request.params.Set("conv_id", request.conv.conv_id);
-  request.params.Set("conv_type", request.conv.conv_type);
-  request.params.Set("receiver_type", request.receiver_type);
+  request.params.Set(chat_key::kConvType, request.conv.conv_type);
+  request.params.Set(chat_key::kReceiverType, request.receiver_type);
   return request;
 }
 
@@ -593,8 +593,8 @@ void ChatSendMessageBizModel::HandleSendFileMessage(Variant const& params, std::
   const std::string file_type = talvex::ChatFileUtils::GetFileLowerExtName(path);
   Variant send(base::variant::kVariantTypeMap);
   if (conv.conv_type == ToInt(ConvType::kPrivate)) send.Set("conv_id", conv.conv_id);
-  send.Set("conv_type", conv.conv_type);
-  send.Set("receiver_type", conv.receiver_type);
+  send.Set(chat_key::kConvType, conv.conv_type);
+  send.Set(chat_key::kReceiverType, conv.receiver_type);
   send.Set("file_elem_file_path", path);
   send.Set("file_size", display_size);
   std::string action_source;

@@ -57,15 +57,36 @@ enum class ItemType : int { kText = 0, kEmoji = 1, kLink = 2, kImage = 3, kOpenA
 // `template_type`: the surface a list or a send belongs to.
 enum class TemplateType : int { kUnset = 0, kBullet = 1, kPanel = 2, kRecord = 3 };
 
+// A message menu's items; 3, 12 and 13 are not assigned.
+enum class MenuItemType : int {
+  kRecall = 0,
+  kDelete = 1,
+  kCopy = 2,
+  kBlockSender = 4,
+  kKickOut = 5,
+  kSaveImage = 6,
+  kCopyImage = 7,
+  kRetryUpload = 8,
+  kStopUpload = 9,
+  kStopDownload = 10,
+  kDownload = 11,
+  kOpenFile = 14,
+  kOpenFolder = 15,
+  kSaveFileAs = 16,
+  kCopyFile = 17,
+  kPrivateChat = 18,
+};
+
 constexpr int ToInt(ChatType v) { return static_cast<int>(v); }
 constexpr int ToInt(MessageStatus v) { return static_cast<int>(v); }
 constexpr int ToInt(ConvType v) { return static_cast<int>(v); }
 constexpr int ToInt(ReceiverType v) { return static_cast<int>(v); }
 constexpr int ToInt(ItemType v) { return static_cast<int>(v); }
 constexpr int ToInt(TemplateType v) { return static_cast<int>(v); }
+constexpr int ToInt(MenuItemType v) { return static_cast<int>(v); }
 
-// Record keys read across the module.
-namespace record_key {
+// Keys the module reads and writes in records and in parameters.
+namespace chat_key {
 inline constexpr char kMsgId[] = "msg_id";
 inline constexpr char kChatType[] = "chat_type";
 inline constexpr char kStatus[] = "message_status";
@@ -74,7 +95,7 @@ inline constexpr char kIsFromSelf[] = "is_from_self";
 inline constexpr char kSender[] = "msg_sender";
 inline constexpr char kTemplateType[] = "template_type";
 inline constexpr char kReceiverType[] = "receiver_type";
-}  // namespace record_key
+}  // namespace chat_key
 
 // A typed reading of a message record. Reads never fail: a missing key or
 // one of another type reads as the default each accessor names, exactly as
@@ -84,26 +105,26 @@ class MessageRecord {
  public:
   explicit MessageRecord(Variant const& record) : record_(record) {}
 
-  std::string msg_id() const { return record_.GetString(record_key::kMsgId); }
-  bool has_chat_type() const { return record_.Has(record_key::kChatType); }
+  std::string msg_id() const { return record_.GetString(chat_key::kMsgId); }
+  bool has_chat_type() const { return record_.Has(chat_key::kChatType); }
   // kText when absent or not a number, unless another default is given.
   ChatType chat_type(ChatType def = ChatType::kText) const {
-    return static_cast<ChatType>(record_.GetInt32(record_key::kChatType, ToInt(def)));
+    return static_cast<ChatType>(record_.GetInt32(chat_key::kChatType, ToInt(def)));
   }
   // A local line of the list: `chat_type` present and kTip.
   bool IsTip() const { return has_chat_type() && chat_type() == ChatType::kTip; }
-  bool has_status() const { return record_.Has(record_key::kStatus); }
+  bool has_status() const { return record_.Has(chat_key::kStatus); }
   // 0 (no status) when absent or not a number, unless another default is given.
   MessageStatus status(MessageStatus def = static_cast<MessageStatus>(0)) const {
-    return static_cast<MessageStatus>(record_.GetInt32(record_key::kStatus, ToInt(def)));
+    return static_cast<MessageStatus>(record_.GetInt32(chat_key::kStatus, ToInt(def)));
   }
   bool IsRecalled() const { return status() == MessageStatus::kRecalled; }
   // A failed send; a record without a status counts as sent.
   bool IsFailed() const { return status(MessageStatus::kSent) == MessageStatus::kFailed; }
-  bool is_from_self() const { return record_.GetBoolean(record_key::kIsFromSelf); }
+  bool is_from_self() const { return record_.GetBoolean(chat_key::kIsFromSelf); }
   // A private conversation; a record without `conv_type` is a group one.
-  bool IsPrivate() const { return record_.GetInt32(record_key::kConvType, ToInt(ConvType::kGroup)) == ToInt(ConvType::kPrivate); }
-  Variant const& sender() const { return record_.Get(record_key::kSender); }
+  bool IsPrivate() const { return record_.GetInt32(chat_key::kConvType, ToInt(ConvType::kGroup)) == ToInt(ConvType::kPrivate); }
+  Variant const& sender() const { return record_.Get(chat_key::kSender); }
   Variant const& raw() const { return record_; }
 
  private:

@@ -12,6 +12,7 @@
 #include "framework/module/app_module.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/ui_view_model.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -127,7 +128,7 @@ bool DownloadFileByMsgId(std::string const& msg_id, int download_file_from) {
   if (!files) return false;
   Variant params(base::variant::kVariantTypeMap);
   params.Set("file_info", file_info);
-  params.Set("msg_id", msg_id);
+  params.Set(chat_key::kMsgId, msg_id);
   params.Set("download_file_from", download_file_from);
   return files->Invoke(kFileMethodDownload, &params, nullptr);
 }

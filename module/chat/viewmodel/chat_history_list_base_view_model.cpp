@@ -91,7 +91,7 @@ void ChatHistoryListBaseViewModel::ParseInitParams(Variant const* params) {
     const uint64_t main_id = talvex_common::utils::breakoutroom::GetMainMeetingId();
     if (main_id) message_conv_id_ = std::to_string(main_id);
   }
-  template_type_ = p.GetInt32("template_type", kTemplatePanel);
+  template_type_ = p.GetInt32(chat_key::kTemplateType, kTemplatePanel);
 }
 
 std::string ChatHistoryListBaseViewModel::CurrentMainMeetingId() const {
@@ -246,18 +246,18 @@ bool ChatHistoryListBaseViewModel::IsInMeetingMsg(Variant const& msg) const {
 bool ChatHistoryListBaseViewModel::IsInThisConversation(Variant const& msg) const {
   if (msg.Has("in_meeting_info")) {
     if (IsInMeetingMsg(msg)) return true;
-    TXLOG_INFO << "<IM> message is not of this meeting, msg_id=" << msg.GetString("msg_id");
+    TXLOG_INFO << "<IM> message is not of this meeting, msg_id=" << msg.GetString(chat_key::kMsgId);
     return false;
   }
   if (msg.GetString("conv_id") == message_conv_id_) return true;
-  TXLOG_INFO << "<IM> message is not of this conversation, msg_id=" << msg.GetString("msg_id");
+  TXLOG_INFO << "<IM> message is not of this conversation, msg_id=" << msg.GetString(chat_key::kMsgId);
   return false;
 }
 
 // --- building ------------------------------------------------------------------
 
 Variant ChatHistoryListBaseViewModel::BuildListItem(Variant const& msg) const {
-  const std::string msg_id = msg.GetString("msg_id");
+  const std::string msg_id = msg.GetString(chat_key::kMsgId);
   const MessageRecord record(msg);
   int item_type = ToInt(ChatType::kTip);
   if (record.has_status() && !record.IsRecalled() && record.has_chat_type()) item_type = ToInt(record.chat_type());
@@ -284,9 +284,9 @@ void ChatHistoryListBaseViewModel::InsertTimeTipIfNeeded(Variant const& msg, Var
 void ChatHistoryListBaseViewModel::InsertTimeTip(uint64_t seconds, Variant& list) {
   auto lists = Host(kListRecordModel);
   Variant params = Map();
-  params.Set(record_key::kChatType, ToInt(ChatType::kTip));
+  params.Set(chat_key::kChatType, ToInt(ChatType::kTip));
   params.Set("conv_id", message_conv_id_);
-  params.Set(record_key::kStatus, ToInt(MessageStatus::kLocalTip));
+  params.Set(chat_key::kStatus, ToInt(MessageStatus::kLocalTip));
   params["msg_content"].Set("item_content", TimeTipText(seconds));
   Variant result;
   if (!lists || !lists->Invoke(kListMethodCreateTip, &params, &result) || !result.IsString()) {
@@ -439,7 +439,7 @@ bool ChatHistoryListBaseViewModel::GetHistoryMessage(std::string const& msg_id) 
       TXLOG_ERROR << "<IM> local_msg_id is not found";
     }
   }
-  params.Set("msg_id", from);
+  params.Set(chat_key::kMsgId, from);
   if (!pages_.Begin()) {
     TXLOG_INFO << "<IM> getting more message";
     return false;
@@ -737,10 +737,10 @@ void ChatHistoryListBaseViewModel::OnGetShieldInfo(Variant const*) {
     }
     Variant const& sender = msg->Get("msg_sender");
     Variant entry = Map();
-    entry.Set("msg_id", id.AsStr());
+    entry.Set(chat_key::kMsgId, id.AsStr());
     entry.Set("app_id", sender.GetString("app_id"));
     entry.Set("app_uid", sender.GetString("app_uid"));
-    entry.Set("receiver_type", msg->Get("in_meeting_info").GetInt32("receiver_type", 0));
+    entry.Set(chat_key::kReceiverType, msg->Get("in_meeting_info").GetInt32(chat_key::kReceiverType, 0));
     entry.Set("message_server_time", msg->Get("message_server_time"));
     entry.Set("message_seq", msg->Get("message_seq"));
     entry.Set("message_rand", msg->Get("message_rand"));
@@ -757,7 +757,7 @@ void ChatHistoryListBaseViewModel::OnGetShieldInfo(Variant const*) {
   if (!shielded.IsArray() || shielded.Empty()) return;
   Variant items = Array();
   for (auto const& entry : shielded.AsArray()) {
-    auto msg = talvex::ChatUtils::GetMsgInfoPtrById(entry.GetString("msg_id"));
+    auto msg = talvex::ChatUtils::GetMsgInfoPtrById(entry.GetString(chat_key::kMsgId));
     if (msg) items.Add(BuildListItem(*msg));
   }
   if (!items.Empty()) UpdateMessageList(items, kUpdateRemoved);

@@ -6,6 +6,7 @@
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/module/app_module.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -100,7 +101,7 @@ bool ChatImageMessageViewModel::HandleDownloadImageMessage(std::string const& ur
   Variant params(base::variant::kVariantTypeMap);
   params.Set("url", url);
   params.Set("uuid", uuid);
-  params.Set("msg_id", msg_id);
+  params.Set(chat_key::kMsgId, msg_id);
   params.Set("download_type", download_type.empty() ? talvex::ChatUtils::download_type_original() : download_type);
   return messages->Invoke(kMessageMethodDownloadImage, &params, nullptr);
 }

@@ -388,7 +388,7 @@ void ChatInputViewModel::DoSendMessage(Variant const* params) {
   }
   Variant items = *params;
   for (auto& item : items.AsArray()) {
-    if (item.IsMap()) item.Set("template_type", template_type_);
+    if (item.IsMap()) item.Set(chat_key::kTemplateType, template_type_);
   }
   auto messages = framework::module::GetAppModuleModel(kHostChatMessageModel);
   if (!messages) {

@@ -2,6 +2,7 @@
 
 #include "base/log/log.h"
 #include "framework/chat/chat_utils.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -24,8 +25,8 @@ void ChatMessageContainerViewModel::HandleAction(uint32_t action, Variant const*
 void ChatMessageContainerViewModel::DoSetMsgId(std::string const& msg_id) {
   if (extensions().empty()) {
     Variant info(base::variant::kVariantTypeMap);
-    info.Set("msg_id", msg_id);
-    if (auto record = talvex::ChatUtils::GetMsgInfoPtrById(msg_id)) info.Set("chat_type", record->Get("chat_type"));
+    info.Set(chat_key::kMsgId, msg_id);
+    if (auto record = talvex::ChatUtils::GetMsgInfoPtrById(msg_id)) info.Set(chat_key::kChatType, record->Get("chat_type"));
     ActivateExtensions(&info);
     UpdateContributesDataSource();
   }

@@ -51,8 +51,8 @@ void ChatNoticeMessageViewModel::HandleShowMeetingNotice() {
   auto navigator = framework::Navigator::Of(context(), framework::PageStack::kSecondary);
   navigator.PopOther(kNoticePage);
   Variant params(base::variant::kVariantTypeMap);
-  params.Set("template_type", template_type_);
-  params.Set("msg_id", msg_id_);
+  params.Set(chat_key::kTemplateType, template_type_);
+  params.Set(chat_key::kMsgId, msg_id_);
   navigator.Push(kNoticePage, params);
   const bool host_or_cohost =
       talvex_common::utils::webinar::SelfIsHost() || talvex_common::utils::webinar::SelfIsCoHost();

@@ -8,6 +8,7 @@
 #include "chat/util/chat_strings.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/module/app_module.h"
+#include "chat/model/chat_message.h"
 
 namespace chat {
 
@@ -17,7 +18,7 @@ void ChatSendButtonContainerViewModel::OnViewAttached(Variant const* params) {
   talvex::ContributesViewModel::OnViewAttached(params);
   template_type_ = params && params->IsMap() ? params->GetInt32("template_type", 0) : 0;
   Variant activation(base::variant::kVariantTypeMap);
-  activation.Set("template_type", template_type_);
+  activation.Set(chat_key::kTemplateType, template_type_);
   ActivateExtensions(&activation);
   SortByExtensionsId({"extension:chat.send_file", "extension:chat.send_image", "extension:chat.send_notice",
                       "extension:chat.send_emoji"});

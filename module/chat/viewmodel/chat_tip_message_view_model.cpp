@@ -12,8 +12,8 @@ constexpr uint32_t kTextWithdrewMessage = 0x7baf9134;
 }  // namespace
 
 bool ChatTipMessageViewModel::FillInfo(Variant const& record, Variant const* params, Variant& info) {
-  if (record.Has("msg_id")) {
-    info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, record.GetString("msg_id"));
+  if (record.Has(chat_key::kMsgId)) {
+    info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, record.GetString(chat_key::kMsgId));
   } else {
     TXLOG_ERROR << "message info not found msg_id";
     info.Set(ChatMsgBaseInfoFields_kStringBaseInfoMsgId, "");
@@ -23,7 +23,7 @@ bool ChatTipMessageViewModel::FillInfo(Variant const& record, Variant const* par
   info.Set(ChatTipMessageInfoFields_kIntegerInfoChatType, ToInt(message.chat_type(ChatType::kTip)));
   std::string tip;
   if (message.IsRecalled()) {
-    if (!record.Has(record_key::kSender)) TXLOG_ERROR << "msg info not msg_sender";
+    if (!record.Has(chat_key::kSender)) TXLOG_ERROR << "msg info not msg_sender";
     const std::string who =
         message.is_from_self() ? GetLocalizedString(kTextYou) : message.sender().GetString("nickname");
     tip = who + GetLocalizedString(kTextWithdrewMessage);

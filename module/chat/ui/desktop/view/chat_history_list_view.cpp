@@ -281,10 +281,10 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
                      if (auto const& row_model = v ? v->view_model() : nullptr) row_model->Handle(action, &params);
                    });
   Variant params(base::variant::kVariantTypeMap);
-  params.Set("msg_id", msg_id);
+  params.Set(chat::chat_key::kMsgId, msg_id);
   params.Set("reuse_id", reuse_id.toStdString());
   params.Set("message_conv_id", message_conv_id_);
-  params.Set("template_type", template_type_);
+  params.Set(chat::chat_key::kTemplateType, template_type_);
   // Building binds the row: its view model finds the message as it attaches.
   view->Build(shared_from_this(), list->ContentWidget(), &params, true);
   RestoreSelection(list, index, row);
@@ -306,9 +306,9 @@ void ChatHistoryListView::BindRow(ChatMessageView* view, std::string const& msg_
   auto row_model = view->view_model();
   if (!row_model) return;
   Variant params(base::variant::kVariantTypeMap);
-  params.Set("msg_id", msg_id);
+  params.Set(chat::chat_key::kMsgId, msg_id);
   params.Set("message_conv_id", message_conv_id_);
-  params.Set("template_type", template_type_);
+  params.Set(chat::chat_key::kTemplateType, template_type_);
   row_model->Handle(talvex::ChatMessageBaseViewModel::kActionBindMessage, &params);
 }
 

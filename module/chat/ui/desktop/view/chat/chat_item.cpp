@@ -415,7 +415,7 @@ void ChatItem::OnHoverTimer() {
 
 void ChatItem::RequestAction(quint32 action) {
   Variant params(base::variant::kVariantTypeMap);
-  params.Set("msg_id", item_msg_id_);
+  params.Set(chat::chat_key::kMsgId, item_msg_id_);
   emit ActionRequested(action, params);
 }
 
@@ -424,7 +424,7 @@ void ChatItem::mousePressEvent(QMouseEvent* event) {
     QWidget* hit = childAt(event->pos());
     if (hit && ((avatar_left_ && IsInside(hit, avatar_left_)) || (avatar_right_ && IsInside(hit, avatar_right_)))) {
       Variant params(base::variant::kVariantTypeMap);
-      params.Set("msg_id", item_msg_id_);
+      params.Set(chat::chat_key::kMsgId, item_msg_id_);
       params.Set("pt_x", QCursor::pos().x());
       params.Set("pt_y", QCursor::pos().y());
       emit ChatItemMenuRequested(params);
@@ -438,7 +438,7 @@ void ChatItem::RequestContextMenu(bool from_more, Variant extra) {
   Variant params = extra.IsMap() ? extra : Variant(base::variant::kVariantTypeMap);
   const QPoint at = from_more && more_btn_ ? more_btn_->mapToGlobal(QPoint(0, more_btn_->height())) : QCursor::pos();
   params.Set("from_more", from_more);
-  params.Set("msg_id", item_msg_id_);
+  params.Set(chat::chat_key::kMsgId, item_msg_id_);
   params.Set("pt_x", at.x());
   params.Set("pt_y", at.y());
   params.Set("is_self", is_from_self_);

@@ -10,6 +10,7 @@
 #include "chat/viewmodel/chat_tip_message_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
 #include "framework/viewmodel/stateful_view_model.h"
+#include "chat/model/chat_message.h"
 
 namespace QtView {
 
@@ -73,7 +74,7 @@ void ChatMessageView::OnViewModelBoundEx(framework::StatefulViewModel* view_mode
     const int before = widget->height();
     // The row's kind is the list's: a recalled message shows as a tip.
     Variant message = *value;
-    message.Set("chat_type", item_type);
+    message.Set(chat::chat_key::kChatType, item_type);
     widget->SetMessageInfo(message);
     // A change after the row was laid out (a status, a progress) may change its height.
     if (widget->isVisible() && widget->sizeHint().height() != before) emit widget->SizeChanged();
