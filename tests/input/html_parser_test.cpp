@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QStringList>
+#include <random>
+
 #include "uikit/richedit/html_parser.h"
 
 namespace {
@@ -155,6 +158,26 @@ TEST(HtmlParserTest, AnyNestingIsWalkedInSlicesOfTheGivenLength) {
   EXPECT_EQ(transcript.out, "x");
   EXPECT_TRUE(CHTMLWalker("no markup", &transcript).Walk(1));
   EXPECT_TRUE(CHTMLWalker("<p>x</p>", nullptr).AtEnd());
+}
+
+TEST(HtmlParserTest, ARandomPasteReportsTheSameHoweverItIsSliced) {
+  // Pieces that meet at every kind of boundary: inside references, tags,
+  // comments, hidden elements, surrogate pairs and runs of white space.
+  const QStringList pieces = {"<p>", "</p>", "<br>", "<img src='a.png'>", "<pre>", "</pre>", "<b>", "</b>",
+                              "<!--", "-->", "<script>", "</script>", "<td>", "&amp;", "&#x1F600;", "&#65;",
+                              "&nbsp;", "&", ";", "#", "x", "<", ">", "\"", " ", "  ", "\n", "\t", "word",
+                              QString::fromUtf8("\xE6\x96\x87"), QString::fromUtf8("\xF0\x9F\x98\x80"),
+                              "<p class=\"a&amp;b\">", "</td>", "<div>", "</div>"};
+  std::mt19937 random(20261124);
+  for (int doc = 0; doc < 400; ++doc) {
+    QString html = "<p>";
+    const int length = 5 + static_cast<int>(random() % 60);
+    for (int i = 0; i < length; ++i) html += pieces[static_cast<int>(random() % pieces.size())];
+    const std::string whole = Walk(html);
+    for (int budget : {1, 2, 5, 13}) {
+      ASSERT_EQ(WalkSliced(html, budget), whole) << "slices of " << budget << " in " << html.toStdString();
+    }
+  }
 }
 
 TEST(HtmlParserTest, OnlyMarkupOfAReasonableSizeIsWorthWalking) {
