@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "base/util/file_util.h"
 #include "framework/chat/chat_file_utils.h"
@@ -105,6 +106,33 @@ TEST_F(FaceSplittingTest, TextsShapedToMakeTheSplittersGoBackSplitAsShortOnesDo)
   ASSERT_EQ(items.Size(), 4002u);
   EXPECT_EQ(items[4000].GetString("item_content"), "http://a.io/");
   EXPECT_EQ(items[4001].GetString("item_content"), "e\u0301");
+}
+
+TEST_F(FaceSplittingTest, RandomTextsSplitWithoutLosingOrDoublingACharacter) {
+  const std::vector<std::string> pieces = {"http://", "https://", "www.", "a.io", "/p", "(", ")", "[", "]", "[Smile]",
+                                           "[Heart]", ".", ",", " ", "\n", "x", "\u6587", "\U0001F600", "e\u0301",
+                                           "\uFE0F\u20E3", "HTTP://", "wWw."};
+  std::mt19937 random(1124);
+  for (int round = 0; round < 500; ++round) {
+    std::string text;
+    for (int i = 0, n = 1 + static_cast<int>(random() % 40); i < n; ++i) text += pieces[random() % pieces.size()];
+    const Variant items = ChatUtils::ParseMessageContext(text);
+    std::string joined;
+    int previous = -1;
+    for (auto const& item : items.AsArray()) {
+      const int type = item.GetInt32("item_type", -1);
+      joined += type == 1 ? item.GetString("item_emoji_text") : item.GetString("item_content");
+      if (type == 2) {
+        const std::string link = item.GetString("item_content");
+        EXPECT_TRUE(link.rfind("http", 0) == 0 || link.rfind("HTTP", 0) == 0 || link.rfind("www", 0) == 0 ||
+                    link.rfind("wWw", 0) == 0)
+            << link;
+      }
+      EXPECT_FALSE(type == 0 && previous == 0) << "two text pieces side by side in " << text;
+      previous = type;
+    }
+    ASSERT_EQ(joined, text);
+  }
 }
 
 TEST_F(FaceSplittingTest, SingleEmojiBecomesAFaceMessage) {
