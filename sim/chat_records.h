@@ -35,4 +35,10 @@ Variant TextRecord(std::string const& meeting_id, Sender const& from, std::strin
 Variant PrivateTextRecord(std::string const& meeting_id, Sender const& from, Sender const& to,
                           std::string const& text, bool from_self = false);
 
+// The record as the client's message events (received 8, send result 16,
+// recall 18) carry it to the floating chat: flat, with the sender's names and
+// ids at the top, `message_elem_array` for the content (`elem_type` 0 text,
+// 6 face, 1 image, 4 file) and the id on the wire in `message_unique_id`.
+Variant BulletFormOf(Variant const& record);
+
 }  // namespace sim

@@ -6,6 +6,7 @@
 #include "base/util/file_util.h"
 #include "base/util/time_util.h"
 #include "framework/meeting/meeting_context.h"
+#include "sim/chat_records.h"
 #include "sim/models/chat_file_model.h"
 #include "sim/models/chat_message_model.h"
 #include "sim/models/member_model.h"
@@ -34,6 +35,20 @@ ChatSendDesk::ChatSendDesk(ChatMessageModel& messages, MemberModel& members, Cha
   for (uint32_t method : {52u, 57u}) {
     messages_.SetMethod(method, [this, method](Variant const* p, Variant* r) { return Send(method, kChatTypeFile, p, r); });
   }
+  // The peer of a private conversation.
+  messages_.SetMethod(16, [this](Variant const* conv, Variant* result) {
+    if (!conv || !conv->IsString()) return false;
+    Variant ask(base::variant::kVariantTypeMap);
+    ask.Set("user_id", PeerOf(conv->AsStr()));
+    Variant member;
+    Variant peer(base::variant::kVariantTypeMap);
+    if (members_.Invoke(2, &ask, &member)) {
+      peer.Set("app_uid", member.GetString("app_uid"));
+      peer.Set("app_id", member.GetString("app_id"));
+    }
+    if (result) *result = std::move(peer);
+    return true;
+  });
   messages_.SetMethod(59, [this](Variant const* items, Variant*) {
     if (!items || !items->IsArray()) return false;
     messages_.FireEvent(kEventMixedSend, items);
@@ -165,9 +180,11 @@ void ChatSendDesk::Complete(std::string const& msg_id, int code) {
   if (!record) return;
   record->Set("message_status", code == 0 ? kStatusSent : kStatusFailed);
   if (code == 0) record->Set("message_server_time", util::time::GetTimestampMsec() / 1000);
-  Variant result(base::variant::kVariantTypeMap);
+  // The result carries the message as the floating chat reads it, too.
+  Variant result = BulletFormOf(*record);
   result.Set("msg_id", msg_id);
   result.Set("result", code);
+  if (code != 0) result.Set("error_msg", "send failed with " + std::to_string(code));
   result.Set("message_info", *record);
   result.Set("chat_type", record->GetInt32("chat_type"));
   messages_.FireEvent(kEventSendResult, &result);

@@ -43,8 +43,16 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       authority_(std::make_shared<ChatAuthorityModel>(members_.get())),
       private_chats_(std::make_shared<PrivateChatModel>()),
       network_(std::make_shared<NetworkModel>()),
+      bullet_settings_(std::make_shared<BulletSettingsModel>(*settings_)),
+      screen_share_(std::make_shared<ScreenShareModel>()),
+      pic_in_pic_(std::make_shared<PicInPicModel>()),
+      tips_db_(std::make_shared<TipsDatabaseModel>()),
+      tip_resources_(std::make_shared<TipResourceModel>()),
       send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
-  for (int id : {523, 539, 690, 1000001}) plain_models_[id] = std::make_shared<SimModel>(id);
+  for (int id : {539, 1000001, 1000020, 622, 1000004, 10054, 647, 590, 610, 591}) {
+    plain_models_[id] = std::make_shared<SimModel>(id);
+  }
+  plain_models_[1000020]->SetMethod(0, [](Variant const* unfolded, Variant*) { return unfolded && unfolded->IsBool(); });
   util::file::EnsureDirExist(data_dir_);
 }
 
@@ -67,6 +75,10 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(ChatAuthorityModel::kId, authority_);
   application_->RegisterModel(PrivateChatModel::kId, private_chats_);
   application_->RegisterModel(NetworkModel::kId, network_);
+  for (std::shared_ptr<SimModel> model : std::initializer_list<std::shared_ptr<SimModel>>{
+           bullet_settings_, screen_share_, pic_in_pic_, tips_db_, tip_resources_}) {
+    application_->RegisterModel(model->type(), model);
+  }
   for (auto const& [id, model] : plain_models_) application_->RegisterModel(id, model);
   auto* configure = talvexsdk::utils::service::GetConfigureService();
   configure->SetDefaults(DefaultRemoteConfig());
@@ -93,6 +105,10 @@ void MeetingSimulator::Uninstall() {
 
 SimModel& MeetingSimulator::model(int id) {
   if (id == ShieldModel::kId) return *shield_;
+  if (id == BulletSettingsModel::kId) return *bullet_settings_;
+  if (id == TipsDatabaseModel::kId) return *tips_db_;
+  if (id == ScreenShareModel::kId) return *screen_share_;
+  if (id == PicInPicModel::kId) return *pic_in_pic_;
   auto& slot = plain_models_[id];
   if (!slot) slot = std::make_shared<SimModel>(id);
   return *slot;

@@ -16,6 +16,7 @@
 #include "sim/models/meeting_settings_model.h"
 #include "sim/models/meeting_state_model.h"
 #include "sim/models/network_model.h"
+#include "sim/models/overlay_models.h"
 #include "sim/models/private_chat_model.h"
 #include "sim/models/member_model.h"
 #include "sim/models/sidebar_app_model.h"
@@ -67,8 +68,17 @@ class MeetingSimulator {
   PrivateChatModel& private_chats() { return *private_chats_; }
   NetworkModel& network() { return *network_; }
   ChatSendDesk& send_desk() { return *send_desk_; }
-  // Models the chat follows that nothing else of the meeting drives yet: 523
-  // (host settings), 539, 690 and 1000001; and 530, the chat control model.
+  BulletSettingsModel& bullet_settings() { return *bullet_settings_; }
+  ScreenShareModel& screen_share() { return *screen_share_; }
+  PicInPicModel& pic_in_pic() { return *pic_in_pic_; }
+  TipsDatabaseModel& tips_db() { return *tips_db_; }
+  // Models the chat follows that nothing else of the meeting drives yet,
+  // fired by hand: 539 and 1000001 (notice state), 1000020 (method 0 {bool}:
+  // the overlay is unfolded), 622 (1 room switching began, 2 ended), 1000004
+  // (0: red packets and receipts), 10054 (0: a notification banner), 647 (13:
+  // a shared document is edited), 590 (0: the chat panel came back), 610 (0:
+  // webinar roles changed), 591 (4: full screen); and by their ids the typed
+  // ones (523, 530, 690, ...).
   SimModel& model(int id);
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
@@ -93,6 +103,11 @@ class MeetingSimulator {
   std::shared_ptr<ChatAuthorityModel> authority_;
   std::shared_ptr<PrivateChatModel> private_chats_;
   std::shared_ptr<NetworkModel> network_;
+  std::shared_ptr<BulletSettingsModel> bullet_settings_;
+  std::shared_ptr<ScreenShareModel> screen_share_;
+  std::shared_ptr<PicInPicModel> pic_in_pic_;
+  std::shared_ptr<TipsDatabaseModel> tips_db_;
+  std::shared_ptr<TipResourceModel> tip_resources_;
   std::map<int, std::shared_ptr<SimModel>> plain_models_;
   std::unique_ptr<ChatSendDesk> send_desk_;
 };

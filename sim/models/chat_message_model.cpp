@@ -5,6 +5,7 @@
 #include "base/log/log.h"
 #include "base/threading/looper.h"
 #include "base/util/time_util.h"
+#include "sim/chat_records.h"
 
 namespace sim {
 
@@ -26,6 +27,16 @@ ChatMessageModel::ChatMessageModel() : SimModel(kId) {
   });
   SetMethod(32, [this](Variant const* params, Variant*) {
     return params && params->IsMap() && !params->GetString("uuid").empty();
+  });
+  SetMethod(46, [this](Variant const*, Variant* result) {
+    if (result) *result = webinar_unread_;
+    return true;
+  });
+  SetMethod(12, [this](Variant const*, Variant*) {
+    if (webinar_unread_ == 0) return true;
+    webinar_unread_ = 0;
+    FireEvent(kEventUnreadChanged, nullptr);
+    return true;
   });
   SetMethod(38, [this](Variant const* params, Variant* result) {
     if (!params || !params->IsMap()) return false;
@@ -113,6 +124,15 @@ std::string ChatMessageModel::Post(Variant record) {
   if (!ReceiveMessage(std::move(record))) return {};
   Variant payload(id);
   FireEvent(kEventMessageAdded, &payload);
+  auto stored = FindMessage(id);
+  if (stored && !stored->GetBoolean("message_is_from_self") && !stored->GetBoolean("is_local")) {
+    ++webinar_unread_;
+    Variant list(base::variant::kVariantTypeArray);
+    list.Add(BulletFormOf(*stored));
+    Variant arrived(base::variant::kVariantTypeMap);
+    arrived.Set("new_msg_list", std::move(list));
+    FireEvent(kEventReceived, &arrived);
+  }
   return id;
 }
 
@@ -126,7 +146,10 @@ bool ChatMessageModel::Update(std::string const& msg_id, std::function<void(Vari
 }
 
 bool ChatMessageModel::Revoke(std::string const& msg_id) {
-  return Update(msg_id, [](Variant& record) { record.Set("message_status", 6); });
+  if (!Update(msg_id, [](Variant& record) { record.Set("message_status", 6); })) return false;
+  const Variant recalled = BulletFormOf(*FindMessage(msg_id));
+  FireEvent(kEventMessageRemoved, &recalled);
+  return true;
 }
 
 bool ChatMessageModel::Delete(std::string const& msg_id) {

@@ -22,7 +22,13 @@ namespace sim {
 //             states {thumb|large|orig}_download_status of that message
 // Events: 35 added, 36 deleted, 37 updated (payload: the id), 11 the result
 // of an operation {result, message_conv_type}, 41 a toast text.
-// Event 18 fires {msg_id} when a message is revoked or removed. Priority
+// Event 18 fires {msg_id} when a message is removed, and the message's bullet
+// form (status 6) when it is revoked.
+// The floating chat's side: priority event 8 {new_msg_list: [bullet form]}
+// fires for every message that arrives from someone else; method 46 -> the
+// webinar's unread count (uint32), method 12 marks it read (event 15 then
+// fires); events 31 (join tips), 42 (a service tip) and 44 (chat support
+// changed) are the meeting's to fire. Priority
 // event 40 is the conversion of an arriving record: handlers change the
 // record in place (the chat module adds its UI form); a handler that stops it
 // keeps the message off the chat.
@@ -32,7 +38,12 @@ class ChatMessageModel : public SimModel, public talvex::IChatMessageStore {
   enum Event : uint32_t {
     kEventOperationResult = 11,
     kEventSendResult = 16,
+    kEventReceived = 8,
+    kEventUnreadChanged = 15,
     kEventMessageRemoved = 18,
+    kEventBulletTip = 31,
+    kEventJoinTip = 42,
+    kEventIMSupportChanged = 44,
     kEventMessageAdded = 35,
     kEventMessageDeleted = 36,
     kEventMessageUpdated = 37,
@@ -68,6 +79,7 @@ class ChatMessageModel : public SimModel, public talvex::IChatMessageStore {
   int history_requests() const { return history_requests_; }
   void RemoveMessage(std::string const& msg_id);
   size_t size() const { return messages_.size(); }
+  uint32_t webinar_unread() const { return webinar_unread_; }
   std::vector<std::string> const& order() const { return order_; }
 
  private:
@@ -78,6 +90,7 @@ class ChatMessageModel : public SimModel, public talvex::IChatMessageStore {
   int fail_next_page_ = 0;
   bool history_synchronous_ = false;
   int history_requests_ = 0;
+  uint32_t webinar_unread_ = 0;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 
   Variant HistoryPage(Variant const& params);

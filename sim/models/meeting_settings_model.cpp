@@ -23,4 +23,19 @@ void MeetingSettingsModel::SetSwitch(std::string const& key, bool value) {
   FireEvent(kEventChanged, &payload);
 }
 
+bool MeetingSettingsModel::EnterImmersiveMode(std::string* reason) {
+  Variant ask(base::variant::kVariantTypeMap);
+  ask.Set("can_enter_immersive_mode", true);
+  const bool refused = FireEvent(kEventEnterImmersive, &ask);
+  if (reason) *reason = refused ? ask.GetString("reason") : std::string();
+  immersive_ = !refused;
+  return immersive_;
+}
+
+void MeetingSettingsModel::LeaveImmersiveMode() {
+  if (!immersive_) return;
+  immersive_ = false;
+  FireEvent(kEventLeaveImmersive, nullptr);
+}
+
 }  // namespace sim

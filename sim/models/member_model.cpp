@@ -16,6 +16,15 @@ MemberModel::MemberModel() : SimModel(kId) {
     return true;
   });
   SetMethod(1, [this](Variant const* params, Variant* result) {
+    if (!params) {
+      auto const& self = talvex::MeetingContext::Current();
+      Variant info(base::variant::kVariantTypeMap);
+      info.Set("user_id", self.self_user_id);
+      info.Set("nickname", self.nickname);
+      info.Set("is_forbid_chat", self_forbid_chat_);
+      if (result) *result = std::move(info);
+      return true;
+    }
     const int list_type = params && params->IsMap() ? params->GetInt32("list_type") : 0;
     Variant ids(base::variant::kVariantTypeArray);
     for (auto const& member : members_) {
@@ -27,6 +36,31 @@ MemberModel::MemberModel() : SimModel(kId) {
     }
     if (result) *result = std::move(ids);
     return true;
+  });
+  SetMethod(12, [this](Variant const*, Variant* result) {
+    for (auto const& member : members_) {
+      if (member.GetString("role") != "host" || member.GetBoolean("in_waiting_room")) continue;
+      Variant host(base::variant::kVariantTypeMap);
+      host.Set("app_id", member.GetString("app_id"));
+      host.Set("app_uid", member.GetString("app_uid"));
+      if (result) *result = std::move(host);
+      return true;
+    }
+    return false;
+  });
+  SetMethod(83, [this](Variant const* params, Variant* result) {
+    if (!params || !params->IsMap()) return false;
+    const std::string unique_id = params->GetString("unique_id");
+    for (auto const& member : members_) {
+      const bool match = !unique_id.empty() ? member.GetString("user_id") == unique_id
+                                            : member.GetString("app_uid") == params->GetString("app_uid") &&
+                                                  member.GetString("app_id") == params->GetString("app_id");
+      if (!match) continue;
+      const std::string real = member.GetString("real_name");
+      if (result) *result = real.empty() ? member.GetString("nickname") : real;
+      return true;
+    }
+    return false;
   });
   SetMethod(2, [this](Variant const* params, Variant* result) {
     if (!params || !params->IsMap()) return false;

@@ -19,6 +19,11 @@ namespace sim {
 // ("host", "cohost", "panelist", "attendee", "member"), `in_waiting_room`,
 // `user_type` (1 a person on a client) and `instance_id` (the kind of device;
 // 5 and 8 can't take chat), the last two 1 when not given.
+//   method 1 without params -> the local user {user_id, nickname,
+//                is_forbid_chat}
+//   method 12 -> the host {app_id, app_uid}; false when there is none
+//   method 83 {unique_id} or {app_id, app_uid} -> the real name behind an
+//                anonymous member (`real_name`, else the nickname)
 // Events: 45 [user_id] joined, 46 [user_id] left, 2 [user_id] changed, and
 // after it 6 when the member became or stopped being host, 7 co-host.
 class MemberModel : public SimModel {
@@ -29,12 +34,15 @@ class MemberModel : public SimModel {
   void AddMember(Variant member);
   void RemoveMember(std::string const& user_id);
   void SetInWaitingRoom(std::string const& user_id, bool waiting);
+  // The host muted the local user in chat.
+  void SetSelfForbidChat(bool forbid) { self_forbid_chat_ = forbid; }
   std::vector<Variant> const& members() const { return members_; }
 
  private:
   Variant WaitingRoomList() const;
   Variant WaitingRoomOwnList() const;
   std::vector<Variant> members_;
+  bool self_forbid_chat_ = false;
 };
 
 }  // namespace sim

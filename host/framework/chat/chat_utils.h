@@ -105,6 +105,32 @@ class ChatUtils {
   static bool IsSelfHost();
   static bool IsSelfCoHost();
   static bool IsWaitingRoom();
+
+  // --- the floating chat (chat_message_tools.cpp) ---------------------------
+  // The layout a bullet of this content kind starts from: the kind itself,
+  // with a plain text element (11) laid out as text (0).
+  static int ConvertToLayoutType(int chat_type);
+  // For a group message sent to part of the meeting (the waiting room, the
+  // panelists, a webinar group), sets `msg_receiver` in `out` to the name of
+  // that part; to everyone, or for a private message, it stays empty.
+  // `flags` is reserved and 0.
+  static void ResolveUIMsgGroupReceiver(Variant const& source, Variant& out, int flags);
+  // Whether chat is on in this meeting (the meeting's switch "chat").
+  static bool IsChatEnable();
+  // Whether the meeting has chat at all (the meeting's switch "im");
+  // `scene` is reserved and 0.
+  static bool IsMeetingSupportIM(int scene);
+};
+
+// Texts of message records.
+class ChatMessageTools {
+ public:
+  // The plain text of a record's content: for a notice (6) the notice's
+  // text, for other kinds the text of its elements joined.
+  static std::string ParseContent(int chat_type, Variant const& source);
+  // Drops the link markup some clients wrap around addresses
+  // ("<url>", "</url>", "[url]", "[/url]", any case), keeping the address.
+  static std::string TrimUrlTag(std::string const& text);
 };
 
 }  // namespace talvex

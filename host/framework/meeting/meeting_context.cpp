@@ -55,6 +55,17 @@ bool IsSelfBreakoutRoomHost() { return Ctx().breakout_host; }
 namespace inmeeting {
 bool IsInScreenShareMode() { return Ctx().screen_share_mode; }
 bool IsScreenSharing() { return Ctx().screen_sharing; }
+namespace {
+std::map<uint32_t, int>& VmLifecycleStates() {
+  static std::map<uint32_t, int> states;
+  return states;
+}
+}  // namespace
+void SetCurrentVmLifecycleState(uint32_t key, int state) { VmLifecycleStates()[key] = state; }
+int GetCurrentVmLifecycleState(uint32_t key) {
+  auto it = VmLifecycleStates().find(key);
+  return it == VmLifecycleStates().end() ? -1 : it->second;
+}
 }  // namespace inmeeting
 
 }  // namespace utils

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 
 namespace talvex {
@@ -39,6 +40,10 @@ struct MeetingContext {
 
   bool screen_share_mode = false;
   bool screen_sharing = false;
+
+  // Items of the account's security control that are under control, with
+  // the text a user reads about each.
+  std::map<int, std::string> security_controls;
 
   static MeetingContext& Current();
   // Back to a client outside any meeting.
@@ -81,6 +86,10 @@ bool IsSelfBreakoutRoomHost();
 namespace inmeeting {
 bool IsInScreenShareMode();
 bool IsScreenSharing();
+// The client's record of the lifecycle state of the view models it tracks,
+// by the key a module gives each (-1 for one never told).
+void SetCurrentVmLifecycleState(uint32_t key, int state);
+int GetCurrentVmLifecycleState(uint32_t key);
 }  // namespace inmeeting
 
 }  // namespace utils

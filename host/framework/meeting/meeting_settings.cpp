@@ -63,6 +63,7 @@ bool GetMeetingSwitch(char const* key, bool def) {
 
 bool IsMeetingNoticeEnable() { return GetMeetingSwitch("notice_enable", false); }
 bool IsEmojiEnable() { return GetMeetingSwitch("emoji_enable", true); }
+bool IsChatPermissionControlReplyEmojiEnable() { return GetMeetingSwitch("chat_permission_reply_emoji", false); }
 
 }  // namespace meetingsettings
 }  // namespace utils

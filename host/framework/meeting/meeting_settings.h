@@ -48,6 +48,9 @@ int GetAttendeeChatPolicy();
 // The meeting's switches (meeting settings model 502, method 1 {key}).
 bool IsMeetingNoticeEnable();
 bool IsEmojiEnable();
+// Whether the chat permissions also govern the quick emoji replies of the
+// floating chat (switch "chat_permission_reply_emoji", off by default).
+bool IsChatPermissionControlReplyEmojiEnable();
 
 }  // namespace meetingsettings
 }  // namespace utils

@@ -57,6 +57,15 @@ bool IsSelfHostOrCoHost() {
   return role == talvex::MeetingContext::kRoleHost || role == talvex::MeetingContext::kRoleCoHost;
 }
 
+bool GetHostAppIdAndAppUid(std::string& app_id, std::string& app_uid) {
+  auto model = framework::module::GetAppModuleModel(508);
+  Variant host;
+  if (!model || !model->Invoke(12, nullptr, &host) || !host.IsMap()) return false;
+  app_id = host.GetString("app_id");
+  app_uid = host.GetString("app_uid");
+  return !app_id.empty() && !app_uid.empty();
+}
+
 }  // namespace member
 
 namespace webinar {

@@ -27,6 +27,9 @@ bool EnumInMeetingUsers(Variant const& index_list, std::function<bool(Variant co
 // the local user. Null when the member is unknown.
 Variant GetUserInfo(std::string const& user_id);
 bool IsSelfHostOrCoHost();
+// The host's `app_id` and `app_uid` (member model 508 method 12); false when
+// the meeting has no host or there is no member model.
+bool GetHostAppIdAndAppUid(std::string& app_id, std::string& app_uid);
 
 }  // namespace member
 
