@@ -121,14 +121,17 @@ std::string ChatMessageModel::Post(Variant record) {
   if (!record.Has("message_time")) record.Set("message_time", util::time::GetServerTimestamp());
   if (!record.Has("message_status")) record.Set("message_status", 2);
   const std::string id = record.GetString("msg_id");
+  // The floating chat hears of it as it came over the wire, before the
+  // client's conversion rewrote the stored record.
+  const bool from_others = !record.GetBoolean("message_is_from_self") && !record.GetBoolean("is_local");
+  Variant form = from_others ? BulletFormOf(record) : Variant();
   if (!ReceiveMessage(std::move(record))) return {};
   Variant payload(id);
   FireEvent(kEventMessageAdded, &payload);
-  auto stored = FindMessage(id);
-  if (stored && !stored->GetBoolean("message_is_from_self") && !stored->GetBoolean("is_local")) {
+  if (from_others) {
     ++webinar_unread_;
     Variant list(base::variant::kVariantTypeArray);
-    list.Add(BulletFormOf(*stored));
+    list.Add(std::move(form));
     Variant arrived(base::variant::kVariantTypeMap);
     arrived.Set("new_msg_list", std::move(list));
     FireEvent(kEventReceived, &arrived);

@@ -42,7 +42,7 @@ constexpr char kMemberSidebarApp[] = "extension:member.sidebar_tab_in_meeting";
 constexpr char kChatSidebarApp[] = "extension:chat.sidebar_tab_in_meeting";
 constexpr char kInMeetingPage[] = "talvex://page/inmeeting";
 
-int64_t NowSeconds() { return static_cast<int64_t>(time(nullptr)); }
+int64_t NowSeconds() { return talvex_common::utils::timer::WallClockMs() / 1000; }
 
 bool IsOnlyHostPolicy(int policy) {
   using namespace talvex::PrivateChatAuthority;

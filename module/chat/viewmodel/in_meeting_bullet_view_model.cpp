@@ -57,7 +57,7 @@ constexpr char kChatSidebarApp[] = "extension:chat.sidebar_tab_in_meeting";
 constexpr char kNoticePage[] = "talvex://page/meeting_notice";
 constexpr char kChatPage[] = "talvex://page/inmeeting/chat";
 
-int64_t NowSeconds() { return static_cast<int64_t>(time(nullptr)); }
+int64_t NowSeconds() { return talvex_common::utils::timer::WallClockMs() / 1000; }
 
 std::shared_ptr<framework::EventHandler> Handler(std::function<void(Variant const*)> fn) {
   return std::make_shared<framework::EventHandler>(std::move(fn));
@@ -661,7 +661,7 @@ void InMeetingBulletViewModel::RestoreUnsendMessage() {
 void InMeetingBulletViewModel::HandleBulletClick() {
   auto* runtime = GetModuleRuntime4ATG();
   if (click_target_ && click_target_->IsMap() &&
-      util::time::GetTimestampMsec() - click_target_time_ms_ < kClickTargetLifeMs) {
+      talvex_common::utils::timer::WallClockMs() - click_target_time_ms_ < kClickTargetLifeMs) {
     auto flag = InvokeChatBizModel(runtime, kGetSwitchToPrivate, nullptr);
     const std::string user_id = click_target_->GetString("user_id");
     if (flag && flag->AsBoolean() && !user_id.empty() &&
