@@ -116,4 +116,10 @@ SimModel& MeetingSimulator::model(int id) {
 
 void MeetingSimulator::RemoveModel(int id) { application_->UnregisterModel(id); }
 
+void MeetingSimulator::SetRecording(bool on) {
+  for (int id : application_->ModelIds()) {
+    if (auto model = std::dynamic_pointer_cast<SimModel>(application_->GetModel(id))) model->SetRecording(on);
+  }
+}
+
 }  // namespace sim

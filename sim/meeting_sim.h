@@ -47,6 +47,8 @@ class MeetingSimulator {
 
   // Takes one model out of the registry (a client without it).
   void RemoveModel(int id);
+  // Whether the installed models keep every call for tests to read (on).
+  void SetRecording(bool on);
 
   // The client's view of the meeting and of its own user; Install() sets a
   // local user ("u-self", "Alex Morgan") in meeting 801234567, not yet joined.

@@ -58,7 +58,17 @@ int main(int argc, char** argv) {
   QCommandLineOption out_option("out", "Directory for the screenshot and transcript.", "dir", "demo-output");
   QCommandLineOption seconds_option("seconds", "Close a windowed run after this many seconds.", "n", "0");
   QCommandLineOption gallery_option("gallery", "Open the widget gallery at a page instead of a meeting.", "page");
-  parser.addOptions({headless_option, out_option, seconds_option, gallery_option});
+  // The meeting's knobs.
+  QCommandLineOption webinar_option("webinar", "A webinar, joined as an attendee.");
+  QCommandLineOption anonymous_option("anonymous", "An anonymous meeting.");
+  QCommandLineOption display_option("display-state", "The meeting's display state (1 keeps text and pictures off "
+                                    "the video).", "n", "0");
+  QCommandLineOption share_option("share-screen", "The local user shares the screen.");
+  QCommandLineOption immersive_option("immersive", "Ask for immersive mode once the module is up.");
+  QCommandLineOption control_option("security-control", "Chat is under the organization's control, with this text.",
+                                    "text");
+  parser.addOptions({headless_option, out_option, seconds_option, gallery_option, webinar_option, anonymous_option,
+                     display_option, share_option, immersive_option, control_option});
   parser.process(app);
   if (parser.isSet(gallery_option)) {
     // The gallery links the module's widgets directly, so it is a program of its own.
@@ -82,6 +92,14 @@ int main(int argc, char** argv) {
   meeting.Install();
   // The host of this meeting published a notice and lets everyone read it.
   meeting.meeting_settings().SetSwitch("notice_enable", true);
+  if (parser.isSet(webinar_option)) {
+    meeting.context().is_webinar = true;
+    meeting.context().self_role = talvex::MeetingContext::kRoleAttendee;
+  }
+  meeting.context().anonymous = parser.isSet(anonymous_option);
+  meeting.meeting().SetDisplayState(parser.value(display_option).toInt());
+  if (parser.isSet(share_option)) meeting.screen_share().SetSelfSharing(true);
+  if (parser.isSet(control_option)) meeting.context().security_controls[3] = parser.value(control_option).toStdString();
   meeting.meeting().Join();
 
   MeetingWindow window(meeting);
@@ -95,6 +113,10 @@ int main(int argc, char** argv) {
   // The chat panel as the client hosts it, with people chatting in the meeting.
   sim::ScriptedParticipants participants(meeting);
   if (loaded && window.ShowChatPanel() > 0) participants.Start(headless ? 280 : 1500);
+  if (loaded && parser.isSet(immersive_option)) {
+    std::string refusal;
+    if (!meeting.meeting_settings().EnterImmersiveMode(&refusal)) std::printf("immersive mode refused: %s\n", refusal.c_str());
+  }
   window.show();
 
   int rc = loaded ? 0 : 1;

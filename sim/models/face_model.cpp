@@ -72,9 +72,12 @@ std::string FaceModel::ImagePath(int index) const {
 
 void FaceModel::Load() {
   util::file::EnsureDirExist(image_dir_);
+  emoji_items_.clear();
   for (auto const& face : faces_) {
     const std::string path = ImagePath(face.index);
     if (!util::file::IsFileValid(path)) DrawImage(face, path);
+    emoji_items_.push_back(Variant::Map{{"item_type", 1}, {"item_emoji_index", face.index},
+                                        {"item_emoji_text", face.shortcut}, {"item_emoji_path", path}});
   }
   loaded_ = true;
   FireEvent(0, nullptr);
@@ -125,7 +128,7 @@ FaceModel::Face const* FaceModel::FindByIndex(int index) const {
   return nullptr;
 }
 
-FaceModel::Face const* FaceModel::FindByShortcut(std::string const& shortcut) const {
+FaceModel::Face const* FaceModel::FindByShortcut(std::string_view shortcut) const {
   for (auto const& face : faces_) {
     if (face.shortcut == shortcut) return &face;
   }
@@ -153,14 +156,9 @@ Variant FaceModel::SplitText(std::string const& text) const {
     if (text[i] == '[' && loaded_) {
       if (close != std::string::npos && close <= i) close = text.find(']', i + 1);
       if (close != std::string::npos && close - i < longest) {
-        if (Face const* face = FindByShortcut(text.substr(i, close - i + 1))) {
+        if (Face const* face = FindByShortcut(std::string_view(text).substr(i, close - i + 1))) {
           flush();
-          Variant item(base::variant::kVariantTypeMap);
-          item.Set("item_type", 1);
-          item.Set("item_emoji_index", face->index);
-          item.Set("item_emoji_text", face->shortcut);
-          item.Set("item_emoji_path", ImagePath(face->index));
-          items.Add(std::move(item));
+          items.Add(emoji_items_[static_cast<size_t>(face - faces_.data())]);
           i = close + 1;
           continue;
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sim/models/sim_model.h"
@@ -41,11 +42,13 @@ class FaceModel : public SimModel {
  private:
   Variant FaceInfo(Face const& face) const;
   Face const* FindByIndex(int index) const;
-  Face const* FindByShortcut(std::string const& shortcut) const;
+  Face const* FindByShortcut(std::string_view shortcut) const;
   Variant SplitText(std::string const& text) const;
   void DrawImage(Face const& face, std::string const& path) const;
 
   std::vector<Face> faces_;
+  // The emoji item of each face, as SplitText hands it out, made at Load.
+  std::vector<Variant> emoji_items_;
   std::string image_dir_;
   bool loaded_ = false;
 };

@@ -3,7 +3,7 @@
 namespace sim {
 
 bool SimModel::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  invocations_.push_back({method, params ? *params : Variant()});
+  if (recording_) invocations_.push_back({method, params ? *params : Variant()});
   auto it = methods_.find(method);
   if (it == methods_.end()) return false;
   Method handler = it->second;

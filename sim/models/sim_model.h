@@ -32,10 +32,13 @@ class SimModel : public framework::ModelImpl {
   // The calls of one method, in order.
   std::vector<Variant> InvocationsOf(uint32_t method) const;
   void ClearInvocations() { invocations_.clear(); }
+  // Off: calls are no longer kept (a long storm would keep them all).
+  void SetRecording(bool on) { recording_ = on; }
 
  private:
   std::map<uint32_t, Method> methods_;
   std::vector<Invocation> invocations_;
+  bool recording_ = true;
 };
 
 }  // namespace sim

@@ -10,6 +10,7 @@
 #include "chat/ui/desktop/controller/page_controller.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_view.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/extension/extension.h"
 #include "framework/navigation/routing.h"
@@ -102,6 +103,15 @@ TEST_F(PanelHostTest, TheChatPointShowsTheHistoryAndSendsWhatIsTyped) {
 
 // The toolbar's Chat button opens the chat page: the panel in a window of its
 // own, which goes with the module.
+TEST_F(PanelHostTest, TheFloatingPointGetsTheOverlaysViewModelAttached) {
+  host_ = std::make_unique<ExtensionHostWidget>("contributes:app.inmeeting_float");
+  ASSERT_EQ(host_->Populate(), 1);
+  auto model = std::dynamic_pointer_cast<chat::InMeetingBulletViewModel>(host_->views()[0]->view_model());
+  ASSERT_NE(model, nullptr) << "extension:chat.bullet names the overlay's view model";
+  EXPECT_TRUE(model->attached());
+  EXPECT_TRUE(model->HasProp(chat::InMeetingBulletViewModel::kPropShowOrHideBulletMsg));
+}
+
 TEST_F(PanelHostTest, TheChatPageShowsThePanelAndClosesWithTheModule) {
   ASSERT_TRUE(framework::Navigator::Of(nullptr, framework::PageStack::kMain).Push("talvex://page/inmeeting/chat"));
   auto controller = std::dynamic_pointer_cast<chat::PageController>(

@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <algorithm>
+#include <chrono>
 #include <set>
 
 namespace talvex_common {
@@ -53,6 +54,7 @@ std::weak_ptr<ManualTimerClock::State>& InstalledClock() {
 
 struct ManualTimerClock::State {
   int64_t now = 0;
+  int64_t epoch_ms = 0;
   uint64_t next_sequence = 0;
   std::set<ClockTimer*> timers;
 
@@ -125,7 +127,23 @@ std::unique_ptr<TXTimer> CreateTimer(std::function<void()> callback) {
   return std::make_unique<QtTimer>(std::move(callback));
 }
 
-ManualTimerClock::ManualTimerClock() : state_(std::make_shared<State>()) { InstalledClock() = state_; }
+namespace {
+int64_t RealWallClockMs() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+}  // namespace
+
+int64_t WallClockMs() {
+  if (auto clock = InstalledClock().lock()) return clock->epoch_ms + clock->now;
+  return RealWallClockMs();
+}
+
+ManualTimerClock::ManualTimerClock() : state_(std::make_shared<State>()) {
+  // On a whole second, so that second-counting code sees the same steps every run.
+  state_->epoch_ms = RealWallClockMs() / 1000 * 1000;
+  InstalledClock() = state_;
+}
 
 // Timers made on this clock outlive it as timers that never fire.
 ManualTimerClock::~ManualTimerClock() { InstalledClock().reset(); }

@@ -22,6 +22,12 @@ class TXTimer {
 // A timer on the event loop, or on the manual clock while one is installed.
 std::unique_ptr<TXTimer> CreateTimer(std::function<void()> callback);
 
+// Milliseconds since the epoch. While a ManualTimerClock is installed, the
+// moment it was installed plus the time it was moved on, so that what is
+// measured against the wall clock (ages, "within four seconds") keeps step
+// with the timers.
+int64_t WallClockMs();
+
 // A clock that drives, in place of the event loop, every timer created while
 // it is installed: time moves only when it is told to, so a test of a 400 ms
 // batch takes no time at all. One at a time, on the main thread.

@@ -1,5 +1,6 @@
 // The floating chat's conversion: a client record becomes a bullet record
 // with its sender line, its labels and its content in one line.
+#include <algorithm>
 #include <cstdlib>
 
 #include "base/log/log.h"
@@ -18,18 +19,29 @@ namespace {
 using namespace bullet_text;
 namespace member = talvex_common::utils::member;
 
-// Line breaks and tabs become blanks; link markup goes.
-std::string Sanitise(std::string text) {
+// Line breaks and tabs become blanks; link markup goes. A text with neither
+// is shared as it is.
+Variant Sanitise(Variant const& value) {
+  if (!value.IsString()) return Variant("");
+  std::string_view view(value.AsStr());
+  if (view.find_first_of("\n\r\t<[") == std::string_view::npos) return value;
+  std::string text(view);
   for (char& c : text) {
     if (c == '\n' || c == '\r' || c == '\t') c = ' ';
   }
-  return talvex::ChatMessageTools::TrimUrlTag(text);
+  return Variant(talvex::ChatMessageTools::TrimUrlTag(text));
+}
+
+// Copies a string key as the record holds it (a shared copy), or "".
+void CopyString(Variant const& source, Variant& out, char const* key) {
+  Variant const& value = source.Get(key);
+  out.Set(key, value.IsString() ? value : Variant(""));
 }
 
 bool IsPrivate(Variant const& out) { return out.GetInt32("msg_type", -1) == InMeetingBulletViewModel::kBulletPrivate; }
 
 void CopyConversation(Variant const& source, Variant& out) {
-  out.Set("message_conv_id", source.GetString("message_conv_id"));
+  CopyString(source, out, "message_conv_id");
   const int64_t conv_type = source.GetInteger("message_conv_type");
   out.Set("message_conv_type", conv_type);
   int msg_type = -1;
@@ -39,26 +51,28 @@ void CopyConversation(Variant const& source, Variant& out) {
 }
 }  // namespace
 
-std::string InMeetingBulletViewModel::SenderName(Variant const& source) const {
-  const std::string nickname = source.GetString("nickname");
-  return nickname.empty() ? source.GetString("message_sender") : nickname;
+Variant InMeetingBulletViewModel::SenderName(Variant const& source) const {
+  Variant const& nickname = source.Get("nickname");
+  if (nickname.IsString() && !nickname.AsStr().empty()) return nickname;
+  Variant const& sender = source.Get("message_sender");
+  return sender.IsString() ? sender : Variant("");
 }
 
-Variant InMeetingBulletViewModel::ModelMsg2UIMsg(Variant const& source) {
+Variant InMeetingBulletViewModel::ModelMsg2UIMsg(Variant const& source, int chat_type) {
   Variant out(base::variant::kVariantTypeMap);
-  const std::string unique_id = source.GetString("message_unique_id");
-  out.Set("msg_id", unique_id);
-  out.Set("local_msg_id", static_cast<int64_t>(std::strtoull(source.GetString("local_msg_id").c_str(), nullptr, 10)));
-  const int chat_type = source.GetInt32(chat_key::kChatType, ToInt(ChatType::kText));
+  Variant const& unique_id = source.Get("message_unique_id");
+  out.Set("msg_id", unique_id.IsString() ? unique_id : Variant(""));
+  out.Set("local_msg_id", static_cast<int64_t>(std::strtoull(source.GetCStr("local_msg_id"), nullptr, 10)));
+  if (chat_type < 0) chat_type = source.GetInt32(chat_key::kChatType, ToInt(ChatType::kText));
   out.Set(chat_key::kChatType, chat_type);
   out.Set("layout_type", talvex::ChatUtils::ConvertToLayoutType(chat_type));
   for (char const* key : {"app_id", "app_uid"}) {
-    if (source.Has(key)) out.Set(key, source.GetString(key));
+    if (source.Has(key)) CopyString(source, out, key);
   }
   out.Set("message_seq", source.GetUint64("message_seq"));
   out.Set("message_server_time", source.GetUint64("message_server_time"));
   out.Set("message_rand", source.GetUint64("message_rand"));
-  out.Set("chat_tips", source.GetString("chat_tips"));
+  CopyString(source, out, "chat_tips");
   if (source.Has("receiver_type")) out.Set("receiver_type", source.GetInt32("receiver_type"));
   CopyConversation(source, out);
   out.Set("is_waiting_room_msg", source.GetInt32("room_type") == 1);
@@ -152,7 +166,7 @@ void InMeetingBulletViewModel::ModelFaceMsg2UIMsg(Variant const& source, Variant
   }
   out.Set("face_elem_index", index);
   out.Set("face_elem_buf", buffer);
-  CopyConversation(source, out);
+  // The conversation keys, `msg_type` among them, are in `out` already.
   const bool own = source.GetBoolean("message_is_from_self");
   if (IsPrivate(out)) {
     Variant info;
@@ -196,11 +210,10 @@ void InMeetingBulletViewModel::ModelNomalMsg2UIMsg(Variant const& source, Varian
       chat_type != ToInt(ChatType::kMixed)) {
     return;
   }
-  CopyConversation(source, out);
-  out.Set("is_waiting_room_msg", source.GetInt32("room_type") == 1);
-  out.Set("self_is_host", member::IsSelfHostOrCoHost());
+  // The conversation keys, `msg_type`, `is_waiting_room_msg` and
+  // `self_is_host` are in `out` already.
   const bool own = source.GetBoolean("message_is_from_self");
-  const std::string you = GetLocalizedString(kYou);
+  const std::string you = own ? GetLocalizedString(kYou) : std::string();
   if (IsPrivate(out)) {
     Variant info;
     std::string receiver;
@@ -211,13 +224,12 @@ void InMeetingBulletViewModel::ModelNomalMsg2UIMsg(Variant const& source, Varian
     out.Set("you_label", own ? you : std::string());
     out.Set("private_chat_label", PrivateChatLabel(source, out));
   } else {
-    Variant group;
-    talvex::ChatUtils::ResolveUIMsgGroupReceiver(source, group, 0);
-    const std::string group_name = group.GetString("msg_receiver");
+    talvex::ChatUtils::ResolveUIMsgGroupReceiver(source, group_receiver_, 0);
+    const std::string group_name = group_receiver_.GetString("msg_receiver");
     if (!group_name.empty()) {
       out.Set("msg_receiver", GetLocalizedString(kToWord) + " " + group_name);
       out.Set("send_to_label", GetLocalizedString(kSendToLabel));
-      out.Set("msg_sender", own ? you : SenderName(source));
+      out.Set("msg_sender", own ? Variant(you) : SenderName(source));
     } else {
       out.Set("msg_sender", SenderName(source));
     }
@@ -256,7 +268,7 @@ void InMeetingBulletViewModel::ModelNomalMsg2UIMsg(Variant const& source, Varian
             }
           } else if (elem_type == 0) {
             item.Set("item_type", ToInt(ItemType::kText));
-            item.Set("item_content", Sanitise(element.GetString("text_elem_content")));
+            item.Set("item_content", Sanitise(element.Get("text_elem_content")));
           } else {
             TXLOG_WARN << "not support type " << elem_type;
             continue;
@@ -268,8 +280,8 @@ void InMeetingBulletViewModel::ModelNomalMsg2UIMsg(Variant const& source, Varian
       break;
     }
     default: {  // text
-      const std::string text =
-          Sanitise(elements.IsArray() && !elements.Empty() ? elements[0].GetString("text_elem_content") : "");
+      const Variant text =
+          Sanitise(elements.IsArray() && !elements.Empty() ? elements[0].Get("text_elem_content") : Variant(""));
       Variant items;
       if (ParseEmojiTextMixedContext(text, items)) {
         out.Set("msg_content_ex_list", std::move(items));
@@ -281,17 +293,24 @@ void InMeetingBulletViewModel::ModelNomalMsg2UIMsg(Variant const& source, Varian
       break;
     }
   }
-  out.Set("from_self", own);
   HidePrivateContent(source, out);
 }
 
-bool InMeetingBulletViewModel::ParseEmojiTextMixedContext(std::string const& text, Variant& out) const {
+bool InMeetingBulletViewModel::ParseEmojiTextMixedContext(Variant const& text, Variant& out) const {
   Variant ask(text);
   Variant items;
   if (!CallOk(kHostFaceModel, kFaceMethodSplitText, &ask, &items)) return false;
   out = Variant(base::variant::kVariantTypeArray);
   if (!items.IsArray()) return true;
-  for (auto const& item : items.AsArray()) {
+  const auto& list = items.AsArray();
+  if (std::all_of(list.begin(), list.end(), [](Variant const& item) {
+        const int type = item.GetInt32("item_type", -1);
+        return type == ToInt(ItemType::kText) || type == ToInt(ItemType::kEmoji);
+      })) {
+    out = std::move(items);
+    return true;
+  }
+  for (auto const& item : list) {
     const int type = item.GetInt32("item_type", -1);
     if (type != ToInt(ItemType::kText) && type != ToInt(ItemType::kEmoji)) {
       TXLOG_WARN << "unsupport type: " << type;

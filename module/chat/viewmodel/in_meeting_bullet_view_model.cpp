@@ -116,6 +116,7 @@ void InMeetingBulletViewModel::OnViewDetached() {
   if (animatable_tip_timer_) animatable_tip_timer_->Stop();
   welcome_delay_timer_.reset();
   bullet_msg_list_.clear();
+  queued_with_is_self_ = 0;
   UnsubscribeAllEvent();
   Base::OnViewDetached();
 }
@@ -242,9 +243,7 @@ void InMeetingBulletViewModel::OnReceiveMessage(Variant const* params, bool&) {
     if (display_state == 1 && (chat_type == ToInt(ChatType::kText) || chat_type == ToInt(ChatType::kImage))) continue;
     // A face always shows, whatever the new-message switch says.
     if (chat_type != ToInt(ChatType::kFace) && !is_new_msg_bullet_) continue;
-    Variant source = record;
-    source.Set(chat_key::kChatType, chat_type);
-    Variant bullet = ModelMsg2UIMsg(source);
+    Variant bullet = ModelMsg2UIMsg(record, chat_type);
     bullet.Set("update_type", static_cast<int>(kUpdateNew));
     AddBulletMsg(std::move(bullet));
     if (record.GetInteger("message_conv_type") == ToInt(ConvType::kPrivate)) {
@@ -335,14 +334,17 @@ void InMeetingBulletViewModel::AddBulletMsg(Variant record) {
   }
   last_msg_time_ = NowSeconds();
   record.Set("bulletmsg_addtime", static_cast<int64_t>(last_msg_time_));
+  if (record.Has("is_self")) ++queued_with_is_self_;
   bullet_msg_list_.push_back(std::move(record));
-  if (bullet_msg_list_.size() >= 32) {
+  if (bullet_msg_list_.size() >= 32 && queued_with_is_self_ > 0 && update_type != kUpdateRecall) {
     // Drops the first queued echo of another's send. Conversion only ever
     // marks `is_self` true, so this normally removes nothing.
     for (auto it = bullet_msg_list_.begin(); it != bullet_msg_list_.end(); ++it) {
-      if (!it->Has("is_self") || it->GetBoolean("is_self") || update_type == kUpdateRecall) continue;
+      if (!it->Has("is_self") || it->GetBoolean("is_self")) continue;
       const Variant victim = *it;
+      const size_t before = bullet_msg_list_.size();
       bullet_msg_list_.remove(victim);
+      queued_with_is_self_ -= before - bullet_msg_list_.size();
       break;
     }
   }
@@ -352,7 +354,12 @@ void InMeetingBulletViewModel::AddBulletMsg(Variant record) {
 
 void InMeetingBulletViewModel::TrimBulletQueue() {
   const size_t bound = webinar::IsMeetingWebinar() ? kWebinarQueueBound : kQueueBound;
-  if (bullet_msg_list_.size() >= bound) bullet_msg_list_.pop_front();
+  if (bullet_msg_list_.size() >= bound) PopFront();
+}
+
+void InMeetingBulletViewModel::PopFront() {
+  if (bullet_msg_list_.front().Has("is_self")) --queued_with_is_self_;
+  bullet_msg_list_.pop_front();
 }
 
 void InMeetingBulletViewModel::CreateUpcastTimer() {
@@ -367,11 +374,11 @@ void InMeetingBulletViewModel::OnUpcastTick() {
     if (!is_show_bullet_) {
       // Folded: nothing shows; what waited too long is let go, one a tick.
       if (NowSeconds() - bullet_msg_list_.front().GetInteger("bulletmsg_addtime") > kFoldedRetentionSeconds) {
-        bullet_msg_list_.pop_front();
+        PopFront();
       }
     } else {
-      Variant record = std::move(bullet_msg_list_.front());
-      bullet_msg_list_.pop_front();
+      Variant record = bullet_msg_list_.front();
+      PopFront();
       if (!is_scroll_bottom_ && record.GetInt32("update_type", -1) == kUpdateNew && !record.GetBoolean("is_self")) {
         ++unread_msg_count_;
         handleUnreadMsg();
@@ -422,8 +429,10 @@ void InMeetingBulletViewModel::HandleIsMsgShield(Variant const* list) {
     if (shielded.IsArray() && !shielded.Empty()) {
       bullet_msg_list_.remove_if([&](Variant const& record) {
         const std::string id = record.GetString("msg_id");
-        return std::any_of(shielded.AsArray().begin(), shielded.AsArray().end(),
-                           [&](Variant const& entry) { return entry.GetString("msg_id") == id; });
+        const bool shield = std::any_of(shielded.AsArray().begin(), shielded.AsArray().end(),
+                                        [&](Variant const& entry) { return entry.GetString("msg_id") == id; });
+        if (shield && record.Has("is_self")) --queued_with_is_self_;
+        return shield;
       });
     }
   }

@@ -120,8 +120,9 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   void OnEventRedPacketMsgReceived(Variant const& params);
   void OnEventRedPacketReceiptMsgReceived(Variant const& params);
 
-  // A host record as a bullet record.
-  Variant ModelMsg2UIMsg(Variant const& source);
+  // A host record as a bullet record; `chat_type` is the record's, normalised
+  // by the caller (-1: read it from the record).
+  Variant ModelMsg2UIMsg(Variant const& source, int chat_type = -1);
   void AddBulletMsg(Variant record);
   void HandleIsMsgShield(Variant const* list);
   void HandleSendMsg(Variant const* params);
@@ -183,13 +184,14 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   void ResolvePrivatePeer(Variant const& source, Variant& info, std::string& receiver);
   std::string PrivateChatLabel(Variant const& source, Variant const& out) const;
   void HidePrivateContent(Variant const& source, Variant& out) const;
-  bool ParseEmojiTextMixedContext(std::string const& text, Variant& out) const;
+  bool ParseEmojiTextMixedContext(Variant const& text, Variant& out) const;
   Variant LookUpFace(int index) const;
-  std::string SenderName(Variant const& source) const;
+  Variant SenderName(Variant const& source) const;
 
   void Subscribe();
   void SubscribePanelEvents();
   void TrimBulletQueue();
+  void PopFront();
   void CreateUpcastTimer();
   void OnUpcastTick();
   void handleUnreadMsg();
@@ -210,6 +212,9 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
 
   // --- message flow ---
   std::list<Variant> bullet_msg_list_;
+  // How many queued records carry `is_self` at all: the only candidates of
+  // the 32-record rule, so that a queue without any is not walked.
+  size_t queued_with_is_self_ = 0;
   std::unique_ptr<talvex_common::utils::timer::TXTimer> upcast_timer_;
   // A timer that went empty inside its own tick; freed on the next turn.
   std::unique_ptr<talvex_common::utils::timer::TXTimer> retired_timer_;
@@ -222,6 +227,9 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   // The member a click on a bullet would switch the private chat to; kept
   // for its contract, nothing fills it today.
   std::optional<Variant> click_target_;
+  // The group receiver's answer, kept between conversions so that a storm
+  // does not build a map for each message.
+  Variant group_receiver_{base::variant::kVariantTypeMap};
   int64_t click_target_time_ms_ = 0;
 
   // --- panel state ---
