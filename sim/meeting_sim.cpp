@@ -48,8 +48,10 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       pic_in_pic_(std::make_shared<PicInPicModel>()),
       tips_db_(std::make_shared<TipsDatabaseModel>()),
       tip_resources_(std::make_shared<TipResourceModel>()),
+      red_packets_(std::make_shared<RedPacketModel>()),
+      banners_(std::make_shared<BannerModel>()),
       send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
-  for (int id : {539, 1000001, 1000020, 622, 1000004, 10054, 647, 590, 610, 591}) {
+  for (int id : {539, 1000001, 1000020, 622, 647, 590, 610, 591}) {
     plain_models_[id] = std::make_shared<SimModel>(id);
   }
   plain_models_[1000020]->SetMethod(0, [](Variant const* unfolded, Variant*) { return unfolded && unfolded->IsBool(); });
@@ -76,7 +78,7 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(PrivateChatModel::kId, private_chats_);
   application_->RegisterModel(NetworkModel::kId, network_);
   for (std::shared_ptr<SimModel> model : std::initializer_list<std::shared_ptr<SimModel>>{
-           bullet_settings_, screen_share_, pic_in_pic_, tips_db_, tip_resources_}) {
+           bullet_settings_, screen_share_, pic_in_pic_, tips_db_, tip_resources_, red_packets_, banners_}) {
     application_->RegisterModel(model->type(), model);
   }
   for (auto const& [id, model] : plain_models_) application_->RegisterModel(id, model);
@@ -109,6 +111,8 @@ SimModel& MeetingSimulator::model(int id) {
   if (id == TipsDatabaseModel::kId) return *tips_db_;
   if (id == ScreenShareModel::kId) return *screen_share_;
   if (id == PicInPicModel::kId) return *pic_in_pic_;
+  if (id == RedPacketModel::kId) return *red_packets_;
+  if (id == BannerModel::kId) return *banners_;
   auto& slot = plain_models_[id];
   if (!slot) slot = std::make_shared<SimModel>(id);
   return *slot;

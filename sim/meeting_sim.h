@@ -74,10 +74,11 @@ class MeetingSimulator {
   ScreenShareModel& screen_share() { return *screen_share_; }
   PicInPicModel& pic_in_pic() { return *pic_in_pic_; }
   TipsDatabaseModel& tips_db() { return *tips_db_; }
+  RedPacketModel& red_packets() { return *red_packets_; }
+  BannerModel& banners() { return *banners_; }
   // Models the chat follows that nothing else of the meeting drives yet,
   // fired by hand: 539 and 1000001 (notice state), 1000020 (method 0 {bool}:
-  // the overlay is unfolded), 622 (1 room switching began, 2 ended), 1000004
-  // (0: red packets and receipts), 10054 (0: a notification banner), 647 (13:
+  // the overlay is unfolded), 622 (1 room switching began, 2 ended), 647 (13:
   // a shared document is edited), 590 (0: the chat panel came back), 610 (0:
   // webinar roles changed), 591 (4: full screen); and by their ids the typed
   // ones (523, 530, 690, ...).
@@ -110,6 +111,8 @@ class MeetingSimulator {
   std::shared_ptr<PicInPicModel> pic_in_pic_;
   std::shared_ptr<TipsDatabaseModel> tips_db_;
   std::shared_ptr<TipResourceModel> tip_resources_;
+  std::shared_ptr<RedPacketModel> red_packets_;
+  std::shared_ptr<BannerModel> banners_;
   std::map<int, std::shared_ptr<SimModel>> plain_models_;
   std::unique_ptr<ChatSendDesk> send_desk_;
 };

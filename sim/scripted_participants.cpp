@@ -248,6 +248,13 @@ void ScriptedParticipants::BuildScript() {
       [this] { GoodsCard(4); },
       [this] { Image(1, 600, 800, 2); },
       [this] { Text(3, "Great picture! Details on https://www.talvex-demo.org/offsite"); },
+      [this] {
+        // The host hands out a red packet, and the local user opens it.
+        const Variant host = Variant::Map{{"user_id", kPeople[4].user_id}, {"nickname", kPeople[4].nickname}};
+        const Variant self = Variant::Map{{"user_id", kSelf.user_id}, {"nickname", kSelf.nickname}};
+        meeting_.red_packets().Open(meeting_.red_packets().Send(host), host, self);
+      },
+      [this] { meeting_.banners().Notify(1, "Poll open", "Which topic next? Vote in the poll panel."); },
   };
 }
 

@@ -121,4 +121,31 @@ TipResourceModel::TipResourceModel() : SimModel(kId) {
   });
 }
 
+namespace {
+bool IsSelf(Variant const& member) {
+  return member.GetString("user_id") == talvex::MeetingContext::Current().self_user_id;
+}
+}  // namespace
+
+std::string RedPacketModel::Send(Variant const& from) {
+  const std::string ticket = "rp-" + std::to_string(next_ticket_++);
+  Variant packet = Variant::Map{{"msg_type", 3}, {"msg_is_self", IsSelf(from)}, {"sender_info", from},
+                                {"ticket", ticket}};
+  FireEvent(0, Variant(Variant::Array{std::move(packet)}));
+  return ticket;
+}
+
+void RedPacketModel::Open(std::string const& ticket, Variant const& from, Variant const& receiver) {
+  Variant receipt = Variant::Map{{"msg_type", 4},           {"sender_is_self", IsSelf(from)},
+                                 {"receiver_is_self", IsSelf(receiver)}, {"sender_info", from},
+                                 {"receiver_info", receiver}, {"ticket", ticket}};
+  FireEvent(0, Variant(Variant::Array{std::move(receipt)}));
+}
+
+void BannerModel::Notify(int banner_id, std::string const& title, std::string const& content, bool over_video) {
+  FireEvent(0, Variant(Variant::Map{{"notify_type", 10}, {"banner_id", banner_id},
+                                    {"sync_bullet", over_video ? "1" : "0"}, {"bullet_title", title},
+                                    {"bullet_content", content}}));
+}
+
 }  // namespace sim

@@ -82,4 +82,31 @@ class TipResourceModel : public SimModel {
   TipResourceModel();
 };
 
+// Model 1000004: red packets. Event 0 fires an array: a packet sent
+// {msg_type 3, msg_is_self, sender_info, ticket} or opened
+// {msg_type 4, sender_is_self, receiver_is_self, sender_info, receiver_info,
+// ticket}.
+class RedPacketModel : public SimModel {
+ public:
+  static constexpr int kId = 1000004;
+  RedPacketModel() : SimModel(kId) {}
+  // `from` sends a packet; returns its ticket.
+  std::string Send(Variant const& from);
+  // `receiver` opens the packet `from` sent.
+  void Open(std::string const& ticket, Variant const& from, Variant const& receiver);
+
+ private:
+  int next_ticket_ = 1;
+};
+
+// Model 10054: the meeting's notification banners. Event 0 {notify_type,
+// banner_id, sync_bullet ("0": not over the video), bullet_title,
+// bullet_content}.
+class BannerModel : public SimModel {
+ public:
+  static constexpr int kId = 10054;
+  BannerModel() : SimModel(kId) {}
+  void Notify(int banner_id, std::string const& title, std::string const& content, bool over_video = true);
+};
+
 }  // namespace sim

@@ -218,24 +218,25 @@ TEST_F(BulletFlowTest, ARecallFollowsTheMessageAndShieldingRemovesShownAndQueued
 }
 
 TEST_F(BulletFlowTest, RedPacketsAndTheirReceiptsReadForWhomTheyAre) {
-  auto& packets = meeting_.model(1000004);
-  Variant sender = Variant::Map{{"nickname", "Riley"}};
-  packets.FireEvent(0, Variant(Variant::Array{
-      Variant::Map{{"msg_type", 3}, {"sender_info", sender}, {"ticket", "t1"}},
-      Variant::Map{{"msg_type", 4}, {"receiver_is_self", false}, {"sender_is_self", false}},
-      Variant::Map{{"msg_type", 4}, {"receiver_is_self", true}, {"sender_is_self", false}, {"sender_info", sender}},
-      Variant::Map{{"msg_type", 4}, {"receiver_is_self", false}, {"sender_is_self", true},
-                   {"receiver_info", Variant::Map{{"nickname", "Sam"}}}},
-      Variant::Map{{"msg_type", 9}}}));
+  auto& packets = meeting_.red_packets();
+  const Variant riley = Variant::Map{{"user_id", "u-host"}, {"nickname", "Riley"}};
+  const Variant sam = Variant::Map{{"user_id", "u3"}, {"nickname", "Sam"}};
+  const Variant self = Variant::Map{{"user_id", "u-self"}, {"nickname", "Alex Morgan"}};
+  const std::string ticket = packets.Send(riley);
+  packets.Open(ticket, riley, sam);   // between two others: none of ours
+  packets.Open(ticket, riley, self);  // we opened Riley's
+  packets.Open(packets.Send(self), self, sam);
+  packets.FireEvent(0, Variant(Variant::Array{Variant::Map{{"msg_type", 9}}, Variant(3)}));
   Drain();
-  ASSERT_EQ(Bullets().size(), 3u) << "a receipt between two others is none of ours";
+  ASSERT_EQ(Bullets().size(), 4u);
   EXPECT_EQ(Bullets()[0].GetString("msg_sender"), "Riley ");
   EXPECT_EQ(Bullets()[0].GetInt32("chat_type"), 2);
-  EXPECT_EQ(Bullets()[0].GetString("ticket"), "t1");
+  EXPECT_EQ(Bullets()[0].GetString("ticket"), ticket);
   EXPECT_EQ(Bullets()[1].GetString("msg_sender"), "You from Riley");
   EXPECT_EQ(Bullets()[1].GetInt32("desc_click_range_start"), 1);
-  EXPECT_EQ(Bullets()[2].GetString("msg_sender"), "Sam ");
-  EXPECT_EQ(Bullets()[2].GetInt32("desc_click_range_end"), 7);
+  EXPECT_EQ(Bullets()[2].GetString("msg_sender"), "You ");
+  EXPECT_EQ(Bullets()[3].GetString("msg_sender"), "Sam ");
+  EXPECT_EQ(Bullets()[3].GetInt32("desc_click_range_end"), 7);
   Act(VM::kActionRedPacketClick, Variant());
   Act(VM::kActionRedPacketClick, Variant());
   EXPECT_EQ(Reported("red_packet_click_in_meeting_bullet"), 1u) << "a double click counts once";

@@ -252,10 +252,8 @@ TEST_F(BulletPanelTest, JoinTipsQueueElevenMaskNamesAndHide) {
 
 TEST_F(BulletPanelTest, BannersPictureInPictureAndSettingsEventsReachTheView) {
   JoinAndAttach();
-  meeting_.model(10054).FireEvent(0, Variant(Variant::Map{{"notify_type", 10}, {"sync_bullet", "1"},
-                                                          {"banner_id", 5}, {"bullet_title", "Poll"},
-                                                          {"bullet_content", "Vote now"}}));
-  meeting_.model(10054).FireEvent(0, Variant(Variant::Map{{"notify_type", 10}, {"sync_bullet", "0"}}));
+  meeting_.banners().Notify(5, "Poll", "Vote now");
+  meeting_.banners().Notify(6, "Poll", "Not over the video", false);
   ASSERT_EQ(Bullets().size(), 1u) << "a banner skips the queue";
   EXPECT_EQ(Bullets()[0].GetInt32("update_type"), VM::kUpdateBanner);
   EXPECT_EQ(Bullets()[0].GetString("notify_content"), "Vote now");
