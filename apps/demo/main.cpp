@@ -113,6 +113,8 @@ int main(int argc, char** argv) {
   // The chat panel as the client hosts it, with people chatting in the meeting.
   sim::ScriptedParticipants participants(meeting);
   if (loaded && window.ShowChatPanel() > 0) participants.Start(headless ? 280 : 1500);
+  // The chat's bullets over the meeting.
+  if (loaded) window.ShowFloatingViews();
   if (loaded && parser.isSet(immersive_option)) {
     std::string refusal;
     if (!meeting.meeting_settings().EnterImmersiveMode(&refusal)) std::printf("immersive mode refused: %s\n", refusal.c_str());
@@ -125,7 +127,7 @@ int main(int argc, char** argv) {
     QTimer::singleShot(6000, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
-      if (!window.grab().save(shot)) rc = 1;
+      if (!window.GrabWithOverlays().save(shot)) rc = 1;
       if (!WriteText(transcript, Transcript(window, host))) rc = 1;
       std::printf("screenshot: %s\ntranscript: %s\n", qPrintable(shot), qPrintable(transcript));
       app.quit();
@@ -136,6 +138,7 @@ int main(int argc, char** argv) {
   app.exec();
 
   participants.Stop();
+  window.DisposeFloatingViews();
   window.DisposeChatPanel();
   host.Unload();
   meeting.Uninstall();

@@ -1,6 +1,8 @@
 #include "meeting_window.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
+#include <QResizeEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
@@ -9,6 +11,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTreeWidget>
+#include <QPointer>
 #include <QVBoxLayout>
 #include <cmath>
 
@@ -93,7 +96,30 @@ void StageWidget::paintEvent(QPaintEvent*) {
   }
 }
 
+namespace {
+constexpr char kMeetingPage[] = "talvex://page/inmeeting";
+
+// The meeting page as the client's controllers know it: it hands out its
+// window to what floats over it.
+class MeetingPageController : public framework::Controller {
+ public:
+  explicit MeetingPageController(QWidget* window) : window_(window) {}
+  bool CallHasResult(std::string const& name, Variant const*, Variant* result) override {
+    if (name != "get_qt_window" || !window_ || !result) return false;
+    *result = Variant(static_cast<void*>(window_.data()));
+    return true;
+  }
+
+ private:
+  QPointer<QWidget> window_;
+};
+}  // namespace
+
+MeetingWindow::~MeetingWindow() { framework::ControllerManager::Instance()->IocUnregister(kMeetingPage); }
+
 MeetingWindow::MeetingWindow(sim::MeetingSimulator& meeting, QWidget* parent) : QWidget(parent), meeting_(meeting) {
+  framework::ControllerManager::Instance()->IocRegister(
+      kMeetingPage, [this] { return std::make_shared<MeetingPageController>(this); });
   setObjectName("meeting_window");
   setProperty("talvex_main_window", true);
   setWindowTitle("Meeting " + QString::fromStdString(meeting.meeting().meeting_id()));
@@ -120,10 +146,16 @@ MeetingWindow::MeetingWindow(sim::MeetingSimulator& meeting, QWidget* parent) : 
   auto* left = new QVBoxLayout();
   left->setContentsMargins(0, 0, 0, 0);
   left->setSpacing(0);
-  left->addWidget(new StageWidget({"Avery Quinn", "Jordan Blake", "Sam Rivera", "Morgan Ellis", "Riley Chen",
-                                   "Taylor Brooks"},
-                                  this),
-                  1);
+  stage_ = new StageWidget({"Avery Quinn", "Jordan Blake", "Sam Rivera", "Morgan Ellis", "Riley Chen", "Taylor Brooks"},
+                           this);
+  // The names the client gives them: what floats over the meeting looks for both.
+  stage_->setObjectName("MediaRoomWidget");
+  left->addWidget(stage_, 1);
+  overlay_container_ = new QWidget(stage_);
+  overlay_container_->setObjectName("emojiPanelContainer");
+  overlay_container_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  // It covers the stage: what floats over it measures its room by it.
+  stage_->installEventFilter(this);
   left->addWidget(BuildToolbar());
   root->addLayout(left, 1);
   tabs_ = new QTabWidget(this);
@@ -256,6 +288,39 @@ int MeetingWindow::ShowChatPanel() {
 }
 
 void MeetingWindow::DisposeChatPanel() { chat_panel_->Clear(); }
+
+int MeetingWindow::ShowFloatingViews() {
+  if (!floating_) {
+    floating_ = new ExtensionHostWidget("contributes:app.inmeeting_float", this);
+    floating_->hide();
+    floating_->SetFloatingParent(overlay_container_);
+  }
+  const int built = floating_->Populate();
+  // A nudge, as the window's first placement would give: the views place
+  // themselves over it.
+  QResizeEvent resize(size(), size());
+  QCoreApplication::sendEvent(this, &resize);
+  return built;
+}
+
+void MeetingWindow::DisposeFloatingViews() {
+  if (floating_) floating_->Clear();
+}
+
+bool MeetingWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == stage_ && event->type() == QEvent::Resize) overlay_container_->setGeometry(stage_->rect());
+  return QWidget::eventFilter(watched, event);
+}
+
+QPixmap MeetingWindow::GrabWithOverlays() {
+  QPixmap shot = grab();
+  QPainter painter(&shot);
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    if (top == this || !top->isVisible() || top->objectName() != "EmojiFloatWndWidget-InMeeting") continue;
+    painter.drawPixmap(top->frameGeometry().topLeft() - frameGeometry().topLeft(), top->grab());
+  }
+  return shot;
+}
 
 void MeetingWindow::closeEvent(QCloseEvent* event) {
   QWidget::closeEvent(event);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QStringList>
 #include <QWidget>
 
@@ -35,6 +36,7 @@ class MeetingWindow : public QWidget {
   Q_OBJECT
  public:
   MeetingWindow(sim::MeetingSimulator& meeting, QWidget* parent = nullptr);
+  ~MeetingWindow() override;
   // Re-reads the client's registries into the status panel and toolbar.
   void RefreshModuleStatus(QString const& module_state);
   // A readable account of everything in the status panel.
@@ -45,6 +47,12 @@ class MeetingWindow : public QWidget {
   // Gives the chat panel's views back before the module unloads.
   void DisposeChatPanel();
   ExtensionHostWidget* chat_panel() const { return chat_panel_; }
+  // Hosts what the modules float over the meeting (the chat's bullets);
+  // returns the number of views built.
+  int ShowFloatingViews();
+  void DisposeFloatingViews();
+  // The window with the floating views painted where they stand over it.
+  QPixmap GrabWithOverlays();
 
  signals:
   // Leave was pressed or the window closed: the meeting is over for this
@@ -53,6 +61,7 @@ class MeetingWindow : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QWidget* BuildToolbar();
@@ -66,4 +75,7 @@ class MeetingWindow : public QWidget {
   QPlainTextEdit* journal_ = nullptr;
   QTabWidget* tabs_ = nullptr;
   ExtensionHostWidget* chat_panel_ = nullptr;
+  ExtensionHostWidget* floating_ = nullptr;
+  QWidget* stage_ = nullptr;
+  QWidget* overlay_container_ = nullptr;
 };

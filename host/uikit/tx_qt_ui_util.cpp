@@ -68,3 +68,11 @@ void TXQtUiUtil::CenterToWidget(QWidget* widget, QWidget* target) {
   }
   widget->move(center.x() - widget->width() / 2 + 1, center.y() - widget->height() / 2 + 1);
 }
+
+void TXQtUiUtil::SetupTopMost(QWidget* widget, bool top_most) {
+  if (!widget) return;
+  const bool visible = widget->isVisible();
+  widget->setWindowFlag(Qt::WindowStaysOnTopHint, top_most);
+  // Changing a window's flags hides it; it comes back as it was.
+  if (visible) widget->show();
+}

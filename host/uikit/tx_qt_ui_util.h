@@ -21,4 +21,6 @@ class TXQtUiUtil {
   static QPixmap LoadHdpiImage(QString const& path, qreal ratio);
   // Moves `widget` so that it stands in the middle of `target`.
   static void CenterToWidget(QWidget* widget, QWidget* target);
+  // Keeps a window above the client's other windows (or lets it go back).
+  static void SetupTopMost(QWidget* widget, bool top_most = true);
 };

@@ -52,11 +52,12 @@ TEST_F(ChatRegistrationTest, UiLoadRegistersRoutesAndViewsAndUnloadTakesThemDown
   EXPECT_TRUE(HostJournal::Entries("CreateNavigateProxyService").empty());
   EXPECT_TRUE(HostJournal::Entries("DesktopUIModuleLoader").empty());
   EXPECT_EQ(HostJournal::Entries("ControllerManager.IocRegister").size(), 4u);
-  EXPECT_EQ(views->entries().size(), 17u);
+  ASSERT_EQ(views->entries().size(), 18u);
   // The views go in the order the client expects them, which is not the
   // order the extensions are registered in.
   std::vector<std::string> view_order;
-  for (auto const& entry : views->entries()) {
+  for (size_t i = 0; i < 17; ++i) {
+    auto const& entry = views->entries()[i];
     view_order.push_back(entry.extension_id.size() > 15 ? entry.extension_id.substr(15) : "");
   }
   EXPECT_EQ(view_order, (std::vector<std::string>{"bullet", "", "panel_history_list", "pane_input",
@@ -67,6 +68,9 @@ TEST_F(ChatRegistrationTest, UiLoadRegistersRoutesAndViewsAndUnloadTakesThemDown
   EXPECT_EQ(views->entries()[1].extension_id, "extension:chat");
   EXPECT_EQ(views->entries()[0].contributes_id, "contributes:app.inmeeting_float");
   EXPECT_EQ(views->entries()[16].contributes_id, "");
+  // The floating chat again, under the client's key for the screen-share window.
+  EXPECT_EQ(views->entries()[17].extension_id, "ScreenShareBulletView");
+  EXPECT_NE(views->Find("", "ScreenShareBulletView"), nullptr);
 
   // The router goes before the navigator, the proxy before the loader.
   HostJournal::Clear();

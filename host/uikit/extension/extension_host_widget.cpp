@@ -57,9 +57,10 @@ int ExtensionHostWidget::Populate() {
     Variant params(base::variant::kVariantTypeMap);
     params.Set("extension_id", info.extension_id);
     params.Set("contributes_id", contributes_id_);
-    if (!qt_view->Build(std::weak_ptr<AppBaseView>(), this, &params, true) || !qt_view->frame()) continue;
+    QWidget* parent = floating_parent_ ? floating_parent_ : this;
+    if (!qt_view->Build(std::weak_ptr<AppBaseView>(), parent, &params, true) || !qt_view->frame()) continue;
     // The message list takes the room; other parts keep their own height.
-    static_cast<QVBoxLayout*>(layout())->addWidget(qt_view->frame(), view->view_model() ? 1 : 0);
+    if (!floating_parent_) static_cast<QVBoxLayout*>(layout())->addWidget(qt_view->frame(), view->view_model() ? 1 : 0);
     extensions_.push_back(extension);
     views_.push_back(view);
     built_extensions_.push_back(info.extension_id);

@@ -25,6 +25,9 @@ class ExtensionHostWidget : public QWidget {
   ExtensionHostWidget(std::string contributes_id, QWidget* parent = nullptr);
   ~ExtensionHostWidget() override;
 
+  // Views of a floating point (an overlay over the meeting) are built under
+  // `parent` and place themselves; the host lays none of them out.
+  void SetFloatingParent(QWidget* parent) { floating_parent_ = parent; }
   // Builds what is registered now; returns how many views were built.
   int Populate();
   // Disposes the views, their view models and extensions; a client does this
@@ -37,6 +40,7 @@ class ExtensionHostWidget : public QWidget {
 
  private:
   std::string contributes_id_;
+  QWidget* floating_parent_ = nullptr;
   std::vector<std::shared_ptr<framework::extension::ExtensionImpl>> extensions_;
   std::vector<std::shared_ptr<AppBaseView>> views_;
   std::vector<std::string> built_extensions_;

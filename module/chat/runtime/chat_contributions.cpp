@@ -4,6 +4,7 @@
 
 #include "chat/runtime/chat_extensions.h"
 #include "chat/ui/desktop/extension/chat_extension_views.h"
+#include "chat/ui/desktop/view/bullet/in_meeting_bullet_qt_view.h"
 
 namespace chat {
 namespace {

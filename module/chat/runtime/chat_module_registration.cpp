@@ -8,6 +8,7 @@
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/chat_resources.h"
 #include "chat/ui/desktop/controller/page_controller.h"
+#include "chat/ui/desktop/view/bullet/in_meeting_bullet_qt_view.h"
 #include "chat/web/web_view_meeting_chat_plugin.h"
 #include "framework/extension/extension.h"
 #include "framework/module/module_service.h"
@@ -76,6 +77,8 @@ framework::NavigateService* NavigateOf(framework::module::ModuleRuntime* runtime
   return services ? services->GetNavigateService() : framework::NavigateService::Instance();
 }
 
+constexpr char kScreenShareBulletView[] = "ScreenShareBulletView";
+
 void RegisterExtensionViews(framework::DesktopUIModuleLoader& loader) {
   for (ChatContribution const* row : ExtensionViews()) {
     const std::string extension_id(row->extension_id);
@@ -85,6 +88,10 @@ void RegisterExtensionViews(framework::DesktopUIModuleLoader& loader) {
       loader.RegisterGetExtensionViewFunc(std::string(row->point), extension_id, row->make_view);
     }
   }
+  // The floating chat beside the screen-share toolbar is the same view, under
+  // the client's own key.
+  loader.RegisterGetExtensionViewFunc(kScreenShareBulletView,
+                                      [] { return std::make_shared<QtView::InMeetingBulletQTView>(); });
 }
 
 // The non-UI side builds an extension's view from the same table the UI

@@ -15,7 +15,6 @@ namespace QtView {
     Name() : ExtensionFrameView(#Name) {}               \
   }
 
-CHAT_EXTENSION_VIEW(InMeetingBulletQTView);
 CHAT_EXTENSION_VIEW(ChatIconExtensionView);
 CHAT_EXTENSION_VIEW(ChatPanelSendFileIconView);
 CHAT_EXTENSION_VIEW(ChatPanelSendImageIconView);
