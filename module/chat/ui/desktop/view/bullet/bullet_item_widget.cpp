@@ -11,6 +11,7 @@
 
 #include "base/log/log.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
+#include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/view_model.h"
 #include "uikit/tx_qt_ui_util.h"
@@ -30,14 +31,16 @@ constexpr int kFontSize = 12;
 constexpr int kPaddingX = 12;  // the layout's margins, 6 on each side
 constexpr int kPaddingY = 8;
 
-constexpr char kWelcomeTitle[] = "InMeetingBulletBulletTipFields_kStringWelcomTitle";
-constexpr char kWelcomeContent[] = "InMeetingBulletBulletTipFields_kStringWelcomContent";
-constexpr char kWelcomeBell[] = "InMeetingBulletBulletTipFields_kBooleanTipsBell";
-constexpr char kAnimatableNickname[] = "InMeetingBulletAnimatableTextItemFields_kStringNickname";
-constexpr char kAnimatableRole[] = "InMeetingBulletAnimatableTextItemFields_kStringUserRoleContent";
-constexpr char kAnimatableColor[] = "InMeetingBulletAnimatableTextItemFields_kStringTextColor";
-constexpr char kAnimatableTip[] = "InMeetingBulletAnimatableTextItemFields_kStringTip";
-constexpr char kAnimatableTime[] = "InMeetingBulletAnimatableTextItemFields_kIntegerAnimatableTime";
+// The payload keys of the view model's tips.
+using Keys = chat::InMeetingBulletViewModel;
+constexpr auto& kWelcomeTitle = Keys::kWelcomeTitle;
+constexpr auto& kWelcomeContent = Keys::kWelcomeContent;
+constexpr auto& kWelcomeBell = Keys::kWelcomeBell;
+constexpr auto& kAnimatableNickname = Keys::kAnimatableNickname;
+constexpr auto& kAnimatableRole = Keys::kAnimatableRole;
+constexpr auto& kAnimatableColor = Keys::kAnimatableColor;
+constexpr auto& kAnimatableTip = Keys::kAnimatableTip;
+constexpr auto& kAnimatableTime = Keys::kAnimatableTime;
 
 QString Q(std::string const& text) { return QString::fromStdString(text); }
 QString Text(char const* name) {
