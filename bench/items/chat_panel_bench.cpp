@@ -52,41 +52,10 @@
 #include "framework/module/providers.h"
 #include "sim/chat_records.h"
 #include "sim/meeting_sim.h"
+#include "timed_application.h"
 #include "sim/scripted_participants.h"
 
 namespace {
-
-// Times every event dispatched from the event loop; nested dispatches belong
-// to the outer one.
-class TimedApplication : public QApplication {
- public:
-  using QApplication::QApplication;
-  bool notify(QObject* receiver, QEvent* event) override {
-    if (depth_++ > 0 || !recording_) {
-      const bool handled = QApplication::notify(receiver, event);
-      --depth_;
-      return handled;
-    }
-    QElapsedTimer timer;
-    timer.start();
-    const bool handled = QApplication::notify(receiver, event);
-    const qint64 ns = timer.nsecsElapsed();
-    --depth_;
-    busy_ns_ += ns;
-    longest_ns_ = std::max(longest_ns_, ns);
-    return handled;
-  }
-  void Record(bool on) { recording_ = on; }
-  void Reset() { busy_ns_ = longest_ns_ = 0; }
-  qint64 busy_ns() const { return busy_ns_; }
-  qint64 longest_ns() const { return longest_ns_; }
-
- private:
-  int depth_ = 0;
-  bool recording_ = false;
-  qint64 busy_ns_ = 0;
-  qint64 longest_ns_ = 0;
-};
 
 const sim::Sender kPeople[] = {{"u1", "Avery Quinn", "", "1400", ""},
                                {"u2", "Jordan Blake", "", "1400", ""},

@@ -187,12 +187,13 @@ class BulletViewTest : public BulletFixture {
     }
     QWidget* window;
   };
-  void Show(bool auto_disappear_off = false) {
+  void Show(bool auto_disappear_off = false, bool screen_share_window = false) {
     if (auto_disappear_off) meeting_.context().is_webinar = true;
     JoinAndAttach();
     view_ = std::make_shared<QtView::InMeetingBulletQTView>();
     view_->SetViewModel(vm_);
     Variant params(base::variant::kVariantTypeMap);
+    params.Set("screen_share_emoji", screen_share_window);
     ASSERT_TRUE(view_->Build(std::weak_ptr<AppBaseView>(), container_, &params, true));
     view_->ResetPosition();
   }
@@ -296,6 +297,73 @@ TEST_F(BulletViewTest, TheMeetingWindowMovesHidesAndBringsBackTheOverlay) {
   Frame()->setParent(nullptr);
   QTest::mouseClick(container_, Qt::LeftButton);
   EXPECT_TRUE(log.Contains("widget level error"));
+}
+
+TEST_F(BulletViewTest, TipsStandInTheTipLineAndWelcomesJoinTheBullets) {
+  meeting_.context().self_role = talvex::MeetingContext::kRoleAttendee;
+  Configure("inmeeting", "show_webinar_welcom_tip", true);
+  Configure("inmeeting", "show_webinar_welcom_tip_service_delay", false);
+  Configure("inmeeting", "welcom-message", R"({"join_welcom_title":"Welcome!","Join_welcom_content":"Enjoy"})");
+  Show(true);
+  EXPECT_TRUE(view_->tip_line()->isVisible()) << "the local user's own join tip";
+  auto tips = view_->tip_line()->findChildren<BulletItemWidget*>();
+  ASSERT_EQ(tips.size(), 1);
+  EXPECT_EQ(tips[0]->kind(), BulletItemWidget::kKindAnimatable);
+  ASSERT_TRUE(tips[0]->slide_animation()) << "it slides in from the left";
+  EXPECT_EQ(tips[0]->x(), -tips[0]->width());
+  tips[0]->slide_animation()->setCurrentTime(tips[0]->slide_animation()->duration());
+  EXPECT_EQ(tips[0]->x(), 12);
+  EXPECT_EQ(tips[0]->y() + tips[0]->height(), QtView::InMeetingBulletQTView::kTipLineHeight);
+  ASSERT_EQ(view_->items().size(), 1u);
+  EXPECT_EQ(view_->items()[0]->kind(), BulletItemWidget::kKindWelcome);
+  EXPECT_TRUE(view_->items()[0]->PlainText().startsWith("Welcome!"));
+  Advance(5000);  // the join tips end
+  EXPECT_FALSE(view_->tip_line()->isVisible());
+}
+
+TEST_F(BulletViewTest, BadRecordsFromTheViewModelBuildNothingAndBreakNothing) {
+  Show();
+  Say(2, "kept");
+  Advance(VM::kUpcastIntervalMs);
+  talvex_test::LogCapture log;
+  for (Variant bad : {Variant(7), Variant("text"), Variant(Variant::Map{{"msg_type", 4}}),
+                      Variant(Variant::Map{{"update_type", 1}, {"msg_id", "nobody"}}),
+                      Variant(Variant::Map{{"update_type", 5}, {"msg_list", "not a list"}}), Variant()}) {
+    vm_->SetPropValue(VM::kPropNewBulletMsg, bad);
+  }
+  for (uint32_t prop : {VM::kPropShowOrHideBulletMsg, VM::kPropUiData, VM::kPropUnfoldState,
+                        VM::kPropPrivateChatAuthorityInfo, VM::kPropPicInPicUidata, VM::kPropWelcomeTip}) {
+    vm_->SetPropValue(prop, Variant(3));
+  }
+  ASSERT_EQ(view_->items().size(), 1u);
+  EXPECT_TRUE(view_->items()[0]->PlainText().endsWith("kept"));
+  // The receipt, and the shield update without its list, which goes on to
+  // the builder as any other record.
+  EXPECT_EQ(log.Count("failed to create item for msg_type; "), 2u);
+}
+
+TEST_F(BulletViewTest, TheScreenShareWindowStacksItsBulletsInAWindowOfTheirOwn) {
+  Show(false, true);
+  EXPECT_TRUE(view_->container()->isWindow()) << "the bullets stand in a top-most window";
+  EXPECT_TRUE(view_->container()->windowFlags() & Qt::WindowStaysOnTopHint);
+  EXPECT_TRUE(vm_->HasProp(VM::kPropBulletDraftText)) << "the window asks for the draft at once";
+  Say(2, "one");
+  Say(3, "two");
+  Advance(2 * VM::kUpcastIntervalMs);
+  ASSERT_EQ(view_->items().size(), 2u);
+  EXPECT_EQ(view_->items()[0]->parentWidget(), view_->item_area());
+  EXPECT_EQ(view_->container()->x(), Frame()->geometry().left());
+}
+
+TEST_F(BulletViewTest, LeavingTheApplicationHidesTheOverlayAndComingBackPlacesIt) {
+  Show();
+  ASSERT_TRUE(Frame()->isVisible());
+  QMetaObject::invokeMethod(qApp, "applicationStateChanged", Q_ARG(Qt::ApplicationState, Qt::ApplicationInactive));
+  EXPECT_FALSE(Frame()->isVisible());
+  window_.move(60, 20);
+  QMetaObject::invokeMethod(qApp, "applicationStateChanged", Q_ARG(Qt::ApplicationState, Qt::ApplicationActive));
+  EXPECT_TRUE(Frame()->isVisible());
+  EXPECT_EQ(Frame()->x(), window_.frameGeometry().x() + 5);
 }
 
 }  // namespace
