@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QPushButton>
 #include <QTimer>
 #include <cstdlib>
 
@@ -98,7 +99,6 @@ int main(int argc, char** argv) {
   }
   meeting.context().anonymous = parser.isSet(anonymous_option);
   meeting.meeting().SetDisplayState(parser.value(display_option).toInt());
-  if (parser.isSet(share_option)) meeting.screen_share().SetSelfSharing(true);
   if (parser.isSet(control_option)) meeting.context().security_controls[3] = parser.value(control_option).toStdString();
   meeting.meeting().Join();
 
@@ -115,6 +115,10 @@ int main(int argc, char** argv) {
   if (loaded && window.ShowChatPanel() > 0) participants.Start(headless ? 280 : 1500);
   // The chat's bullets over the meeting.
   if (loaded) window.ShowFloatingViews();
+  if (parser.isSet(share_option)) {
+    // As the user would: the toolbar's share button.
+    if (auto* share = window.findChild<QPushButton*>("share_button")) share->setChecked(true);
+  }
   if (loaded && parser.isSet(immersive_option)) {
     std::string refusal;
     if (!meeting.meeting_settings().EnterImmersiveMode(&refusal)) std::printf("immersive mode refused: %s\n", refusal.c_str());

@@ -94,6 +94,18 @@ void StageWidget::paintEvent(QPaintEvent*) {
     painter.setPen(QColor("#d4d4d8"));
     painter.drawText(tile.adjusted(12, 0, -12, -10), Qt::AlignLeft | Qt::AlignBottom, name);
   }
+  if (property("sharing").toBool()) {
+    // The local user's shared screen takes the stage, with its green frame.
+    painter.setPen(QPen(QColor("#22c55e"), 4));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(rect().adjusted(2, 2, -2, -2));
+    QFont font = painter.font();
+    font.setPixelSize(14);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(QColor("#22c55e"));
+    painter.drawText(rect().adjusted(0, 12, 0, 0), Qt::AlignHCenter | Qt::AlignTop, "You are sharing your screen");
+  }
 }
 
 namespace {
@@ -177,7 +189,13 @@ QWidget* MeetingWindow::BuildToolbar() {
   layout->setContentsMargins(16, 10, 16, 10);
   layout->setSpacing(8);
   for (const char* text : {"Mute", "Stop video", "Share screen", "Participants"}) {
-    layout->addWidget(ToolbarButton(text, bar));
+    QPushButton* button = ToolbarButton(text, bar);
+    layout->addWidget(button);
+    if (QString(text) == "Share screen") {
+      button->setObjectName("share_button");
+      button->setCheckable(true);
+      connect(button, &QPushButton::toggled, this, &MeetingWindow::ToggleScreenShare);
+    }
   }
   extension_buttons_ = new QHBoxLayout();
   extension_buttons_->setSpacing(8);
@@ -303,6 +321,18 @@ int MeetingWindow::ShowFloatingViews() {
   return built;
 }
 
+void MeetingWindow::ToggleScreenShare(bool sharing) {
+  meeting_.screen_share().SetSelfSharing(sharing);
+  stage_->setProperty("sharing", sharing);
+  stage_->update();
+  if (!floating_ || floating_->views().empty()) return;
+  // The client lays its floating views out again for the shared screen: the
+  // chat's bullets then stand in a window of their own beside it.
+  floating_->Clear();
+  floating_->SetBuildParams(Variant(Variant::Map{{"screen_share_emoji", sharing}}));
+  ShowFloatingViews();
+}
+
 void MeetingWindow::DisposeFloatingViews() {
   if (floating_) floating_->Clear();
 }
@@ -316,7 +346,10 @@ QPixmap MeetingWindow::GrabWithOverlays() {
   QPixmap shot = grab();
   QPainter painter(&shot);
   for (QWidget* top : QApplication::topLevelWidgets()) {
-    if (top == this || !top->isVisible() || top->objectName() != "EmojiFloatWndWidget-InMeeting") continue;
+    const QString name = top->objectName();
+    if (top == this || !top->isVisible() || (name != "EmojiFloatWndWidget-InMeeting" && name != "DanmuContainer")) {
+      continue;
+    }
     painter.drawPixmap(top->frameGeometry().topLeft() - frameGeometry().topLeft(), top->grab());
   }
   return shot;

@@ -51,6 +51,9 @@ class MeetingWindow : public QWidget {
   // returns the number of views built.
   int ShowFloatingViews();
   void DisposeFloatingViews();
+  // The toolbar's share button: the simulated meeting shares the local
+  // user's screen, and what floats over the meeting follows.
+  void ToggleScreenShare(bool sharing);
   // The window with the floating views painted where they stand over it.
   QPixmap GrabWithOverlays();
 

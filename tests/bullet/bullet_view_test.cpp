@@ -353,6 +353,9 @@ TEST_F(BulletViewTest, TheScreenShareWindowStacksItsBulletsInAWindowOfTheirOwn) 
   ASSERT_EQ(view_->items().size(), 2u);
   EXPECT_EQ(view_->items()[0]->parentWidget(), view_->item_area());
   EXPECT_EQ(view_->container()->x(), Frame()->geometry().left());
+  EXPECT_GT(view_->item_area()->height(), 0);
+  EXPECT_EQ(view_->container()->size(), view_->item_area()->size()) << "the window is as large as its column";
+  EXPECT_TRUE(view_->items()[1]->isVisible());
 }
 
 TEST_F(BulletViewTest, LeavingTheApplicationHidesTheOverlayAndComingBackPlacesIt) {

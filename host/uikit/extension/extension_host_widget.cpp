@@ -57,6 +57,9 @@ int ExtensionHostWidget::Populate() {
     Variant params(base::variant::kVariantTypeMap);
     params.Set("extension_id", info.extension_id);
     params.Set("contributes_id", contributes_id_);
+    if (build_params_.IsMap()) {
+      for (auto const& [key, value] : build_params_.AsMap()) params.Set(key, value);
+    }
     QWidget* parent = floating_parent_ ? floating_parent_ : this;
     if (!qt_view->Build(std::weak_ptr<AppBaseView>(), parent, &params, true) || !qt_view->frame()) continue;
     // The message list takes the room; other parts keep their own height.

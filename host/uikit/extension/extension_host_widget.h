@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include "base/variant/variant.h"
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,8 @@ class ExtensionHostWidget : public QWidget {
   // Views of a floating point (an overlay over the meeting) are built under
   // `parent` and place themselves; the host lays none of them out.
   void SetFloatingParent(QWidget* parent) { floating_parent_ = parent; }
+  // Keys every view is built with besides the extension's own.
+  void SetBuildParams(Variant params) { build_params_ = std::move(params); }
   // Builds what is registered now; returns how many views were built.
   int Populate();
   // Disposes the views, their view models and extensions; a client does this
@@ -41,6 +44,7 @@ class ExtensionHostWidget : public QWidget {
  private:
   std::string contributes_id_;
   QWidget* floating_parent_ = nullptr;
+  Variant build_params_;
   std::vector<std::shared_ptr<framework::extension::ExtensionImpl>> extensions_;
   std::vector<std::shared_ptr<AppBaseView>> views_;
   std::vector<std::string> built_extensions_;

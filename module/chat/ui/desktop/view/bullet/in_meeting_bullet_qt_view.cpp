@@ -525,11 +525,15 @@ void InMeetingBulletQTView::Relayout() {
   if (is_emoji_panel_shown_ && !is_screen_share_window_) {
     emoji_panel_->move(kLeftMargin, bar_y - 14 - emoji_panel_->height());
   }
+  const int item_h = item_area_->height();
   if (!is_screen_share_window_) {
-    const int item_h = item_area_->height();
     container_->setGeometry(0, std::max(0, bar_y - 10 - item_h - kTipLineHeight), w, item_h + kTipLineHeight);
     tip_line_->setGeometry(0, 0, w, kTipLineHeight);
     item_area_->setGeometry(0, kTipLineHeight, w, item_h);
+  } else {
+    // The bullets' own window is as large as its column.
+    container_->resize(w, item_h);
+    item_area_->setGeometry(0, 0, w, item_h);
   }
 }
 
