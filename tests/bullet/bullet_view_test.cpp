@@ -342,6 +342,53 @@ TEST_F(BulletViewTest, BadRecordsFromTheViewModelBuildNothingAndBreakNothing) {
   EXPECT_EQ(log.Count("failed to create item for msg_type; "), 2u);
 }
 
+TEST_F(BulletViewTest, TheLastBulletLeavingAFoldedOverlayStartsTheBarsEmptyTimer) {
+  Show();
+  Say(2, "going soon");
+  Advance(VM::kUpcastIntervalMs);
+  ASSERT_EQ(view_->items().size(), 1u);
+  QPointer<BulletItemWidget> item = view_->items()[0];
+  Act(VM::kActionToggleBullet, Variant(false));
+  const QSize folded = Frame()->size();
+  Advance(BulletItemWidget::kLifeMs);
+  ASSERT_TRUE(item && item->disappearing());
+  item->fade_animation()->setCurrentTime(BulletItemWidget::kFadeMs);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(item.isNull());
+  EXPECT_TRUE(view_->items().empty());
+  EXPECT_EQ(view_->items_height(), 0);
+  EXPECT_TRUE(view_->bar()->has_empty_timer());
+  EXPECT_TRUE(view_->bar()->empty_timer_active());
+  EXPECT_EQ(Frame()->size(), folded) << "a folded overlay keeps its size";
+}
+
+TEST_F(BulletViewTest, BulletsAndTheDotAreDrawnInTheirColours) {
+  Show();
+  Say(2, "colour check");
+  Advance(VM::kUpcastIntervalMs);
+  ASSERT_EQ(view_->items().size(), 1u);
+  // The bubble: rgba(43, 46, 51, 0.6) over the white of an empty window.
+  QWidget white;
+  white.setStyleSheet("background: white;");
+  white.resize(400, 100);
+  Variant record = Variant::Map{{"msg_type", 0}, {"chat_type", 0}, {"msg_sender", "Sam"}, {"msg_content", "hi"}};
+  BulletItemWidget* item = BulletItemWidgetBuilder::Create(&white, &record);
+  item->move(10, 10);
+  white.show();
+  const QImage shot = white.grab().toImage();
+  const QColor bubble = shot.pixelColor(item->x() + 2, item->y() + item->height() / 2);
+  const auto blend = [](int c) { return static_cast<int>(c * 0.6 + 255 * 0.4); };
+  EXPECT_NEAR(bubble.red(), blend(43), 3);
+  EXPECT_NEAR(bubble.green(), blend(46), 3);
+  EXPECT_NEAR(bubble.blue(), blend(51), 3);
+  // The unread dot of a folded webinar overlay.
+  CircleDot dot(nullptr);
+  dot.resize(6, 6);
+  const QColor red = dot.grab().toImage().pixelColor(3, 3);
+  EXPECT_EQ(red, QColor("#FF3C33"));
+}
+
 TEST_F(BulletViewTest, TheScreenShareWindowStacksItsBulletsInAWindowOfTheirOwn) {
   Show(false, true);
   EXPECT_TRUE(view_->container()->isWindow()) << "the bullets stand in a top-most window";

@@ -354,17 +354,16 @@ void InMeetingBulletQTView::OnItemGone(BulletItemWidget* item) {
   if (it == item_heights_.end()) return;
   items_height_ -= it->second;
   item_heights_.erase(it);
-  bullet_items_.erase(std::remove_if(bullet_items_.begin(), bullet_items_.end(),
-                                     [](QPointer<BulletItemWidget> const& p) { return p.isNull(); }),
-                      bullet_items_.end());
-  visible_items_.erase(std::remove_if(visible_items_.begin(), visible_items_.end(),
-                                      [](QPointer<BulletItemWidget> const& p) { return p.isNull(); }),
-                       visible_items_.end());
-  // The item may be going with the whole frame: the rest waits for the next
-  // turn, when a frame that went is seen as gone.
+  // The item is still being destroyed and its guards are not yet cleared:
+  // the rest waits for the next turn, when it (and a frame that went with
+  // it) reads as gone.
   QMetaObject::invokeMethod(
       this,
       [this] {
+        const auto gone = [](QPointer<BulletItemWidget> const& p) { return p.isNull(); };
+        bullet_items_.erase(std::remove_if(bullet_items_.begin(), bullet_items_.end(), gone), bullet_items_.end());
+        visible_items_.erase(std::remove_if(visible_items_.begin(), visible_items_.end(), gone),
+                             visible_items_.end());
         if (!frame_) return;
         LayoutItems();
         if (bullet_items_.empty()) {
