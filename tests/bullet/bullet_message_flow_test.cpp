@@ -330,6 +330,62 @@ TEST_F(BulletFlowTest, TheDraftIsCachedAndRestoredAndClicksOpenTheChat) {
   EXPECT_EQ(banner[0].properties["task_id"], "17");
 }
 
+// Records the backend sends in forms the scripted participants do not.
+TEST_F(BulletFlowTest, MixedNoticeFileAndAnonymousRecordsConvertAsTheyRead) {
+  meeting_.faces().Load();
+  talvex_test::LogCapture log;
+  Variant mixed = Variant::Map{
+      {"chat_type", 12}, {"message_conv_type", 2}, {"nickname", "Sam"}, {"message_unique_id", "77"},
+      {"message_elem_array", Variant::Array{Variant::Map{{"elem_type", 0}, {"text_elem_content", "Go\tteam"}},
+                                            Variant::Map{{"elem_type", 6}, {"face_elem_index", 6},
+                                                         {"face_elem_buf", "[Clap]"}},
+                                            Variant::Map{{"elem_type", 6}, {"face_elem_index", 999},
+                                                         {"face_elem_buf", "[Gone]"}},
+                                            Variant::Map{{"elem_type", 3}}}}};
+  Variant bullet = vm_->ModelMsg2UIMsg(mixed);
+  EXPECT_EQ(bullet.GetString("msg_id"), "77");
+  EXPECT_EQ(TextOf(bullet), "Go team[Clap][Gone]");
+  EXPECT_EQ(bullet.Get("msg_content_ex_list")[1].GetInt32("item_type"), 1);
+  EXPECT_EQ(bullet.Get("msg_content_ex_list")[2].GetInt32("item_type"), 0) << "an unknown face is its text";
+  EXPECT_TRUE(log.Contains("not support type 3"));
+
+  Variant notice = Variant::Map{{"chat_type", 6}, {"message_conv_type", 2}, {"message_is_from_self", true},
+                                {"ext_content", Variant::Map{{"notice_content", "Cameras on, please"}}}};
+  bullet = vm_->ModelMsg2UIMsg(notice);
+  EXPECT_EQ(bullet.GetString("msg_sender"), Text(text::kYou));
+  EXPECT_EQ(bullet.GetString("msg_content"), "Cameras on, please");
+
+  Variant file = Variant::Map{{"chat_type", 8}, {"message_conv_type", 2}, {"nickname", "Sam"}};
+  EXPECT_EQ(vm_->ModelMsg2UIMsg(file).GetString("msg_content"), Text(text::kFileOther));
+  file.Set("message_is_from_self", true);
+  EXPECT_EQ(vm_->ModelMsg2UIMsg(file).GetString("msg_content"), Text(text::kFileOwn));
+
+  // To the waiting room: the sender line names the group.
+  Variant grouped = Variant::Map{{"chat_type", 4}, {"message_conv_type", 2}, {"receiver_type", 3},
+                                 {"nickname", "Riley"}};
+  bullet = vm_->ModelMsg2UIMsg(grouped);
+  EXPECT_EQ(bullet.GetString("msg_receiver"), Text(text::kToWord) + " Waiting room");
+  EXPECT_EQ(bullet.GetString("msg_content"), Text(text::kImageText));
+
+  // An anonymous meeting shows its host who really wrote.
+  meeting_.members().AddMember(Variant::Map{{"user_id", "anon"}, {"app_uid", "a"}, {"app_id", "1"},
+                                            {"nickname", "Guest 1"}, {"real_name", "Jamie Lee"}});
+  meeting_.context().anonymous = true;
+  Variant anonymous = Variant::Map{{"chat_type", 0}, {"message_conv_type", 2}, {"nickname", "Guest 1"},
+                                   {"unique_id", "anon"}};
+  EXPECT_EQ(vm_->ModelMsg2UIMsg(anonymous).GetString("msg_sender"), "Guest 1") << "a member sees the alias";
+  meeting_.context().self_role = talvex::MeetingContext::kRoleHost;
+  EXPECT_EQ(vm_->ModelMsg2UIMsg(anonymous).GetString("msg_sender"), "Jamie Lee");
+
+  // One's own private message recalled reads "You" and the label.
+  Variant recalled = Variant::Map{{"chat_type", 0}, {"message_conv_type", 1}, {"message_is_from_self", true},
+                                  {"message_status", 6}, {"msg_receiver", "Sam"},
+                                  {"private_chat_user_info", Variant::Map{{"nickname", "Sam"}}}};
+  bullet = vm_->ModelMsg2UIMsg(recalled);
+  EXPECT_EQ(bullet.GetString("msg_sender"), Text(text::kYou) + Text(text::kOwnPrivateLabel));
+  EXPECT_EQ(bullet.GetString("msg_content"), Text(text::kRecalled));
+}
+
 TEST_F(BulletFlowTest, BadPayloadsAreLoggedAndChangeNothing) {
   Say(2, "before");
   Drain();

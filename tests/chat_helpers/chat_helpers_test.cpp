@@ -9,7 +9,11 @@
 #include "base/util/file_util.h"
 #include "framework/chat/chat_file_utils.h"
 #include "framework/chat/chat_utils.h"
+#include "base/timer/tx_timer.h"
+#include "framework/meeting/meeting_context.h"
+#include "framework/meeting/meeting_settings.h"
 #include "framework/meeting/member_utils.h"
+#include "framework/meeting/security_control.h"
 #include "sim/meeting_sim.h"
 #include "support/test_util.h"
 
@@ -218,6 +222,90 @@ TEST(MemberWalkTest, StopsAtTheFirstMatchAndSkipsWhatIsNoMember) {
   }));
   EXPECT_EQ(seen, (std::vector<std::string>{"u1", "u2"}));
   EXPECT_FALSE(talvex_common::utils::member::EnumInRoomUsers(Variant("x"), [](Variant const&) { return true; }));
+}
+
+// The helpers the floating chat reads a record and the meeting with.
+TEST(BulletHelpersTest, LinkMarkupGoesAndTheAddressStays) {
+  using talvex::ChatMessageTools;
+  EXPECT_EQ(ChatMessageTools::TrimUrlTag("see <URL>www.x.org</url> and [url]y.org[/Url]"), "see www.x.org and y.org");
+  EXPECT_EQ(ChatMessageTools::TrimUrlTag("a <b>bold</b> [Smile] stays"), "a <b>bold</b> [Smile] stays");
+  EXPECT_EQ(ChatMessageTools::TrimUrlTag("<url"), "<url") << "a tag cut short is text";
+  EXPECT_EQ(ChatMessageTools::TrimUrlTag(""), "");
+}
+
+TEST(BulletHelpersTest, ContentLayoutAndGroupReceiverOfARecord) {
+  using talvex::ChatMessageTools;
+  using talvex::ChatUtils;
+  EXPECT_EQ(ChatUtils::ConvertToLayoutType(11), 0);
+  EXPECT_EQ(ChatUtils::ConvertToLayoutType(12), 12);
+  const Variant plain = Variant::Map{{"ext_content", Variant::Map{{"notice_content", "Mute please"}}}};
+  EXPECT_EQ(ChatMessageTools::ParseContent(6, plain), "Mute please");
+  const Variant rich = Variant::Map{{"ext_content", Variant::Map{{"notice_type", 1},
+      {"notice_content", R"([{"item_type":0,"item_content":"Slides: "},{"item_type":2,"item_content":"x.org"}])"}}}};
+  EXPECT_EQ(ChatMessageTools::ParseContent(6, rich), "Slides: x.org");
+  const Variant elements = Variant::Map{{"message_elem_array", Variant::Array{
+      Variant::Map{{"text_elem_content", "one "}}, Variant::Map{{"text_elem_content", "two"}}}}};
+  EXPECT_EQ(ChatMessageTools::ParseContent(0, elements), "one two");
+  EXPECT_EQ(ChatMessageTools::ParseContent(6, Variant(3)), "");
+
+  talvex_test::IsolateUserDirectories();
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  Variant out;
+  ChatUtils::ResolveUIMsgGroupReceiver(Variant::Map{{"message_conv_type", 2}, {"receiver_type", 3}}, out, 0);
+  EXPECT_EQ(out.GetString("msg_receiver"), "Waiting room");
+  ChatUtils::ResolveUIMsgGroupReceiver(Variant::Map{{"message_conv_type", 2}, {"receiver_type", 2}}, out, 0);
+  EXPECT_EQ(out.GetString("msg_receiver"), "") << "to everyone names nobody";
+  ChatUtils::ResolveUIMsgGroupReceiver(Variant::Map{{"message_conv_type", 1}, {"receiver_type", 3}}, out, 0);
+  EXPECT_EQ(out.GetString("msg_receiver"), "") << "a private message has no group";
+  meeting.Uninstall();
+}
+
+TEST(BulletHelpersTest, ChatSwitchesSecurityControlAndTheHost) {
+  using talvex::ChatUtils;
+  namespace control = talvex_common::utils::security_control;
+  talvex_test::IsolateUserDirectories();
+  EXPECT_TRUE(ChatUtils::IsChatEnable()) << "a client without settings keeps chat on";
+  EXPECT_TRUE(ChatUtils::IsMeetingSupportIM(0));
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  meeting.meeting_settings().SetSwitch("chat", false);
+  EXPECT_FALSE(ChatUtils::IsChatEnable());
+  EXPECT_FALSE(talvex_common::utils::meetingsettings::IsChatPermissionControlReplyEmojiEnable());
+  meeting.meeting_settings().SetSwitch("chat_permission_reply_emoji", true);
+  EXPECT_TRUE(talvex_common::utils::meetingsettings::IsChatPermissionControlReplyEmojiEnable());
+
+  EXPECT_FALSE(control::IsUnderSecurityControl(talvex::SecurityControl::kControlItemChat));
+  meeting.context().security_controls[talvex::SecurityControl::kControlItemChat] = "Blocked by policy";
+  const Variant info = control::GetSecurityControlInfo(talvex::SecurityControl::kControlItemChat);
+  EXPECT_TRUE(info.GetBoolean("is_under_control"));
+  EXPECT_EQ(info.GetString("control_text"), "Blocked by policy");
+  EXPECT_FALSE(control::IsUnderSecurityControl(talvex::SecurityControl::kControlItemFile));
+
+  std::string app_id, app_uid;
+  EXPECT_FALSE(talvex_common::utils::member::GetHostAppIdAndAppUid(app_id, app_uid));
+  meeting.members().AddMember(Variant::Map{{"user_id", "h"}, {"app_uid", "uid-h"}, {"app_id", "1400"},
+                                           {"role", "host"}});
+  EXPECT_TRUE(talvex_common::utils::member::GetHostAppIdAndAppUid(app_id, app_uid));
+  EXPECT_EQ(app_uid, "uid-h");
+  meeting.Uninstall();
+}
+
+TEST(BulletHelpersTest, TheWallClockKeepsStepWithTheTestClock) {
+  namespace timer = talvex_common::utils::timer;
+  const int64_t before = timer::WallClockMs();
+  {
+    timer::ManualTimerClock clock;
+    const int64_t start = timer::WallClockMs();
+    EXPECT_EQ(start % 1000, 0) << "on a whole second";
+    EXPECT_LE(std::llabs(start - before), 1000);
+    clock.Advance(30000);
+    EXPECT_EQ(timer::WallClockMs(), start + 30000);
+  }
+  EXPECT_LT(timer::WallClockMs() - before, 5000) << "real time again without the clock";
+  talvex_common::utils::inmeeting::SetCurrentVmLifecycleState(7, 3);
+  EXPECT_EQ(talvex_common::utils::inmeeting::GetCurrentVmLifecycleState(7), 3);
+  EXPECT_EQ(talvex_common::utils::inmeeting::GetCurrentVmLifecycleState(8), -1);
 }
 
 }  // namespace

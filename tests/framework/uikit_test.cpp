@@ -5,11 +5,16 @@
 #include <QCheckBox>
 #include <QFile>
 #include <QMessageBox>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
 #include <string>
 #include <vector>
 
 #include "support/test_util.h"
+#include "uikit/qt_ui_monitor_helper.h"
 #include "uikit/qt_ui_service.h"
+#include "uikit/widget/qf_image_push_button.h"
 #include "uikit/tx_qt_ui_util.h"
 
 namespace {
@@ -109,6 +114,72 @@ TEST(UikitTest, DisposingAlertsClosesOnlyTheOwnersDialogs) {
   EXPECT_TRUE(talvex_test::WaitUntil([] { return FindAlert("Theirs") == nullptr; }));
   EXPECT_EQ(ui.LastOpenAlert(), nullptr);
   EXPECT_EQ(answered, 0);
+}
+
+// A picture of one colour, written where a button looks for it.
+void WritePicture(QString const& path, QColor color) {
+  QImage image(8, 8, QImage::Format_ARGB32);
+  image.fill(color);
+  ASSERT_TRUE(image.save(path, "PNG"));
+}
+
+TEST(UikitTest, AnImageButtonDrawsThePictureOfItsStateAndBlendsItsFlash) {
+  QTemporaryDir dir;
+  const QString base = dir.filePath("button");
+  WritePicture(base, Qt::blue);
+  WritePicture(base + "_disable", Qt::gray);
+  WritePicture(dir.filePath("flash"), Qt::red);
+  QFImagePushButton button;
+  button.SetImages(base, dir.filePath("flash"));
+  button.resize(8, 8);
+  auto centre = [&] { return button.grab().toImage().pixelColor(4, 4); };
+  EXPECT_EQ(centre(), QColor(Qt::blue));
+  EXPECT_EQ(button.sizeHint(), QSize(8, 8));
+  button.SetFlash(100);
+  EXPECT_EQ(centre(), QColor(Qt::red));
+  button.SetFlash(250);
+  EXPECT_EQ(button.flash(), 100) << "the flash is a share, 0 to 100";
+  button.SetFlash(50);
+  const QColor half = centre();
+  EXPECT_NEAR(half.red(), 127, 3);
+  EXPECT_NEAR(half.blue(), 128, 3);
+  button.SetFlash(0);
+  button.setEnabled(false);
+  EXPECT_EQ(centre(), QColor(Qt::gray));
+
+  // Without pictures a button still says what it is.
+  QFImagePushButton bare;
+  bare.setText("Open");
+  bare.SetImages(dir.filePath("missing"));
+  EXPECT_TRUE(bare.image_path().endsWith("missing"));
+  EXPECT_GT(bare.sizeHint().width(), 8);
+}
+
+TEST(UikitTest, MonitoredWidgetsCoverTheirRectsOnlyWhileTheyShow) {
+  QWidget window;
+  window.setGeometry(100, 100, 300, 200);
+  auto* panel = new QWidget(&window);
+  panel->setGeometry(10, 10, 50, 40);
+  QTUIMonitorHelper::AddMonitorRectWidget(panel);
+  QTUIMonitorHelper::AddMonitorRectWidget(panel);
+  window.show();
+  const QPoint inside = panel->mapToGlobal(QPoint(5, 5));
+  EXPECT_TRUE(QTUIMonitorHelper::IsMonitoredPoint(inside));
+  EXPECT_FALSE(QTUIMonitorHelper::IsMonitoredPoint(panel->mapToGlobal(QPoint(80, 80))));
+  EXPECT_EQ(QTUIMonitorHelper::MonitoredWidgets().size(), 1u) << "added once";
+  panel->hide();
+  EXPECT_FALSE(QTUIMonitorHelper::IsMonitoredPoint(inside));
+  panel->show();
+  delete panel;
+  EXPECT_TRUE(QTUIMonitorHelper::MonitoredWidgets().empty()) << "a deleted widget drops out";
+
+  QWidget top;
+  top.show();
+  TXQtUiUtil::SetupTopMost(&top);
+  EXPECT_TRUE(top.windowFlags() & Qt::WindowStaysOnTopHint);
+  EXPECT_TRUE(top.isVisible()) << "a shown window stays shown";
+  TXQtUiUtil::SetupTopMost(&top, false);
+  EXPECT_FALSE(top.windowFlags() & Qt::WindowStaysOnTopHint);
 }
 
 }  // namespace

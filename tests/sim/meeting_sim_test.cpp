@@ -4,6 +4,7 @@
 #include "framework/chat/chat_utils.h"
 #include "framework/config/configure_service.h"
 #include "framework/module/module_service.h"
+#include "sim/chat_records.h"
 #include "sim/meeting_sim.h"
 #include "support/test_util.h"
 
@@ -95,6 +96,128 @@ TEST(MeetingSimTest, RemoteConfigurationFileOverridesDefaults) {
   EXPECT_EQ(talvex_common::utils::QueryConfigureService("im", "msg_input_height", Variant(0)).AsInt32(), 120);
   EXPECT_EQ(talvex_common::utils::QueryConfigureService("im", "nothing", Variant(7)).AsInt32(), 7);
   meeting.Uninstall();
+}
+
+// What the floating chat hears of the meeting.
+TEST(MeetingSimTest, ArrivingMessagesReachTheOverlayAsTheyCameOverTheWire) {
+  talvex_test::IsolateUserDirectories();
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  meeting.faces().Load();
+  std::vector<Variant> arrived;
+  meeting.messages().Subscribe(8, 1, std::make_shared<framework::EventHandler>([&](Variant const* p) {
+    arrived.push_back(p ? *p : Variant());
+  }));
+  const sim::Sender avery("u1", "Avery Quinn");
+  // A converter of the panel rewrites the stored record (a single emoji
+  // becomes a face message); the overlay still gets the text as sent.
+  meeting.messages().SubscribePriority(40, 102, 1, std::make_shared<framework::PriorityEventHandler>(
+      [](Variant const* record, bool&) { const_cast<Variant*>(record)->Set("chat_type", 1); }));
+  const std::string id = meeting.messages().Post(sim::TextRecord(meeting.meeting().meeting_id(), avery, "[Smile]"));
+  meeting.messages().Post(sim::TextRecord(meeting.meeting().meeting_id(), sim::Sender("u-self", "Me"), "mine", true));
+  ASSERT_EQ(arrived.size(), 1u) << "one's own messages come back as send results";
+  Variant const& form = arrived[0].Get("new_msg_list")[0];
+  EXPECT_EQ(form.GetInt32("chat_type"), 0);
+  EXPECT_EQ(form.Get("message_elem_array")[0].GetString("text_elem_content"), "[Smile]");
+  EXPECT_EQ(form.GetString("nickname"), "Avery Quinn");
+  EXPECT_EQ(form.GetString("app_uid"), "u1");
+  EXPECT_EQ(form.GetString("message_unique_id"), form.GetString("local_msg_id"));
+  EXPECT_EQ(meeting.messages().FindMessage(id)->GetInt32("chat_type"), 1);
+  EXPECT_EQ(meeting.messages().webinar_unread(), 1u);
+  meeting.messages().Invoke(12, nullptr, nullptr);
+  EXPECT_EQ(meeting.messages().webinar_unread(), 0u);
+
+  std::vector<Variant> recalled;
+  meeting.messages().Subscribe(18, 1, std::make_shared<framework::EventHandler>([&](Variant const* p) {
+    recalled.push_back(*p);
+  }));
+  meeting.messages().Revoke(id);
+  ASSERT_EQ(recalled.size(), 1u);
+  EXPECT_EQ(recalled[0].GetInt32("message_status"), 6);
+  EXPECT_EQ(recalled[0].GetString("message_unique_id"), form.GetString("message_unique_id"));
+  meeting.messages().Unsubscribe(1);
+  meeting.messages().UnsubscribePriority(1);
+}
+
+TEST(MeetingSimTest, OverlaySettingsPersistAndTheOverlaysModelsAnswer) {
+  talvex_test::IsolateUserDirectories();
+  {
+    sim::MeetingSimulator meeting;
+    meeting.Install();
+    EXPECT_TRUE(meeting.bullet_settings().show_bullet());
+    Variant fold(false);
+    EXPECT_TRUE(meeting.bullet_settings().Invoke(13, &fold, nullptr));
+    EXPECT_FALSE(meeting.bullet_settings().Invoke(13, nullptr, nullptr));
+    meeting.Uninstall();
+  }
+  sim::MeetingSimulator next;  // the next meeting reads the same store
+  next.Install();
+  Variant shown;
+  next.bullet_settings().Invoke(14, nullptr, &shown);
+  EXPECT_FALSE(shown.GetBoolean("is_show_bullet_enabled", true));
+
+  // Picture-in-picture, the tips database and the immersive mode's refusal.
+  Variant state = Variant::Map{{"state", 0}, {"from", 1}};
+  next.pic_in_pic().Invoke(12, &state, nullptr);
+  Variant answer;
+  next.pic_in_pic().Invoke(7, nullptr, &answer);
+  EXPECT_EQ(answer.GetInt32("state"), 1 - 1);
+  std::vector<Variant> tips;
+  next.tips_db().Subscribe(1, 1, std::make_shared<framework::EventHandler>([&](Variant const* p) {
+    tips.push_back(p ? *p : Variant());
+  }));
+  Variant query = Variant::Map{{"tips_type", 101}};
+  next.tips_db().Invoke(6, &query, nullptr);
+  next.tips_db().Invoke(7, &query, nullptr);
+  next.tips_db().Invoke(6, &query, nullptr);
+  ASSERT_EQ(tips.size(), 2u);
+  EXPECT_TRUE(tips[0].IsNull()) << "never shown";
+  EXPECT_EQ(tips[1].Size(), 1u);
+  next.meeting_settings().SubscribePriority(10, 101, 2, std::make_shared<framework::PriorityEventHandler>(
+      [](Variant const* p, bool& stop) {
+        const_cast<Variant*>(p)->Set("reason", "busy");
+        stop = true;
+      }));
+  std::string reason;
+  EXPECT_FALSE(next.meeting_settings().EnterImmersiveMode(&reason));
+  EXPECT_EQ(reason, "busy");
+  next.meeting_settings().UnsubscribePriority(2);
+  EXPECT_TRUE(next.meeting_settings().EnterImmersiveMode(&reason));
+  next.tips_db().Unsubscribe(1);
+}
+
+TEST(MeetingSimTest, RedPacketsKnowWhoIsTheLocalUser) {
+  talvex_test::IsolateUserDirectories();
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  std::vector<Variant> events;
+  meeting.red_packets().Subscribe(0, 1, std::make_shared<framework::EventHandler>([&](Variant const* p) {
+    events.push_back(*p);
+  }));
+  const Variant self = Variant::Map{{"user_id", "u-self"}, {"nickname", "Alex"}};
+  const Variant sam = Variant::Map{{"user_id", "u3"}, {"nickname", "Sam"}};
+  const std::string ticket = meeting.red_packets().Send(sam);
+  meeting.red_packets().Open(ticket, sam, self);
+  ASSERT_EQ(events.size(), 2u);
+  EXPECT_FALSE(events[0][0].GetBoolean("msg_is_self"));
+  EXPECT_TRUE(events[1][0].GetBoolean("receiver_is_self"));
+  EXPECT_FALSE(events[1][0].GetBoolean("sender_is_self"));
+  EXPECT_EQ(events[1][0].GetString("ticket"), ticket);
+
+  Variant me;
+  meeting.members().Invoke(1, nullptr, &me);
+  EXPECT_EQ(me.GetString("nickname"), "Alex Morgan");
+  EXPECT_FALSE(me.GetBoolean("is_forbid_chat"));
+  meeting.members().SetSelfForbidChat(true);
+  meeting.members().Invoke(1, nullptr, &me);
+  EXPECT_TRUE(me.GetBoolean("is_forbid_chat"));
+  meeting.members().AddMember(Variant::Map{{"user_id", "anon-1"}, {"app_uid", "x"}, {"app_id", "1"},
+                                           {"nickname", "Guest"}, {"real_name", "Jamie Lee"}});
+  Variant ask = Variant::Map{{"unique_id", "anon-1"}};
+  Variant real;
+  EXPECT_TRUE(meeting.members().Invoke(83, &ask, &real));
+  EXPECT_EQ(real.AsStr(), "Jamie Lee");
+  meeting.red_packets().Unsubscribe(1);
 }
 
 }  // namespace
