@@ -5,6 +5,7 @@
 #include "base/log/log.h"
 #include "base/threading/looper.h"
 #include "base/util/time_util.h"
+#include "framework/meeting/meeting_context.h"
 #include "sim/chat_records.h"
 
 namespace sim {
@@ -27,6 +28,16 @@ ChatMessageModel::ChatMessageModel() : SimModel(kId) {
   });
   SetMethod(32, [this](Variant const* params, Variant*) {
     return params && params->IsMap() && !params->GetString("uuid").empty();
+  });
+  SetMethod(18, [this](Variant const*, Variant* result) {
+    if (result) *result = chat_key_ready_;
+    return true;
+  });
+  SetMethod(65, [this](Variant const* msg_id, Variant*) { return msg_id && msg_id->IsString() && Revoke(msg_id->AsStr()); });
+  SetMethod(66, [this](Variant const* msg_id, Variant*) { return msg_id && msg_id->IsString() && Delete(msg_id->AsStr()); });
+  SetMethod(45, [](Variant const*, Variant* result) {
+    if (result) *result = "im-" + talvex_common::utils::GetStrMeetingId();
+    return true;
   });
   SetMethod(46, [this](Variant const*, Variant* result) {
     if (result) *result = webinar_unread_;

@@ -28,7 +28,10 @@ namespace sim {
 // fires for every message that arrives from someone else; method 46 -> the
 // webinar's unread count (uint32), method 12 marks it read (event 15 then
 // fires); events 31 (join tips), 42 (a service tip) and 44 (chat support
-// changed) are the meeting's to fire. Priority
+// changed) are the meeting's to fire.
+// The message menus' side: method 18 -> bool, the chat connection is ready;
+// 65 (msg_id) recalls a message, 66 (msg_id) deletes it for the local user;
+// 45 -> the meeting's IM group id ("im-<meeting id>"). Priority
 // event 40 is the conversion of an arriving record: handlers change the
 // record in place (the chat module adds its UI form); a handler that stops it
 // keeps the message off the chat.
@@ -80,6 +83,8 @@ class ChatMessageModel : public SimModel, public talvex::IChatMessageStore {
   void RemoveMessage(std::string const& msg_id);
   size_t size() const { return messages_.size(); }
   uint32_t webinar_unread() const { return webinar_unread_; }
+  // The chat connection drops (or comes back): menus refuse to recall.
+  void SetChatKeyReady(bool ready) { chat_key_ready_ = ready; }
   std::vector<std::string> const& order() const { return order_; }
 
  private:
@@ -91,6 +96,7 @@ class ChatMessageModel : public SimModel, public talvex::IChatMessageStore {
   bool history_synchronous_ = false;
   int history_requests_ = 0;
   uint32_t webinar_unread_ = 0;
+  bool chat_key_ready_ = true;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 
   Variant HistoryPage(Variant const& params);

@@ -1,6 +1,7 @@
 #include "sim/models/member_model.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "framework/meeting/meeting_context.h"
 
@@ -37,6 +38,14 @@ MemberModel::MemberModel() : SimModel(kId) {
     if (result) *result = std::move(ids);
     return true;
   });
+  for (auto [method, by_unique, by_ids] : {std::tuple{84u, true, true}, {82u, true, false}, {47u, false, true}}) {
+    SetMethod(method, [this, by_unique = by_unique, by_ids = by_ids](Variant const* params, Variant* result) {
+      Variant member = Lookup(params, by_unique, by_ids);
+      if (member.IsNull()) return false;
+      if (result) *result = std::move(member);
+      return true;
+    });
+  }
   SetMethod(12, [this](Variant const*, Variant* result) {
     for (auto const& member : members_) {
       if (member.GetString("role") != "host" || member.GetBoolean("in_waiting_room")) continue;
@@ -135,6 +144,26 @@ Variant MemberModel::WaitingRoomOwnList() const {
     list.Add(std::move(host));
   }
   return list;
+}
+
+Variant MemberModel::Lookup(Variant const* params, bool by_unique_id, bool by_app_ids) const {
+  if (!params || !params->IsMap()) return Variant();
+  const std::string unique_id = params->GetString("unique_id");
+  for (auto const& member : members_) {
+    const bool match = by_unique_id && !unique_id.empty()
+                           ? member.GetString("user_id") == unique_id
+                           : by_app_ids && !params->GetString("app_uid").empty() &&
+                                 member.GetString("app_uid") == params->GetString("app_uid") &&
+                                 member.GetString("app_id") == params->GetString("app_id");
+    if (!match) continue;
+    Variant found = member;
+    const std::string role = member.GetString("role");
+    found.Set("host", role == "host");
+    found.Set("co_host", role == "cohost");
+    found.Set("role_type", role == "host" ? 1 : role == "cohost" ? 2 : role == "panelist" ? 3 : role == "attendee" ? 4 : 0);
+    return found;
+  }
+  return Variant();
 }
 
 }  // namespace sim

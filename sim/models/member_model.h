@@ -24,6 +24,9 @@ namespace sim {
 //   method 12 -> the host {app_id, app_uid}; false when there is none
 //   method 83 {unique_id} or {app_id, app_uid} -> the real name behind an
 //                anonymous member (`real_name`, else the nickname)
+//   methods 84 {unique_id} or {app_uid, app_id}, 82 {unique_id} and 47
+//                {app_uid, app_id} -> the member with `host`, `co_host` and
+//                `role_type` (1 host, 2 co-host, 3 panelist, 4 attendee, 0)
 // Events: 45 [user_id] joined, 46 [user_id] left, 2 [user_id] changed, and
 // after it 6 when the member became or stopped being host, 7 co-host.
 class MemberModel : public SimModel {
@@ -36,6 +39,8 @@ class MemberModel : public SimModel {
   void SetInWaitingRoom(std::string const& user_id, bool waiting);
   // The host muted the local user in chat.
   void SetSelfForbidChat(bool forbid) { self_forbid_chat_ = forbid; }
+  // The member a lookup by ids finds, with its role flags; null when none.
+  Variant Lookup(Variant const* params, bool by_unique_id, bool by_app_ids) const;
   std::vector<Variant> const& members() const { return members_; }
 
  private:

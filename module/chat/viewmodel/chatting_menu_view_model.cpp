@@ -1,0 +1,66 @@
+#include "chat/viewmodel/chatting_menu_view_model.h"
+
+#include "base/log/log.h"
+
+namespace chat {
+
+// The menu managers' window on this view model. It goes with the view model,
+// so a manager that outlives it only logs.
+class ChattingMenuViewModel::Delegate : public IChattingMenuManagerDelegate {
+ public:
+  explicit Delegate(ChattingMenuViewModel* owner) : owner_(owner) {}
+  void SetMenuPropValue(uint32_t prop, Variant const& value) override { owner_->SetPropValue(prop, value); }
+  void SetMenuPropValueForNullptr(uint32_t prop) override { owner_->SetPropValue(prop, nullptr); }
+  void DisposeMenuAlerts() override { owner_->DisposeAlertAll(); }
+  std::string GetMenuLocalizedString(uint32_t id) const override { return owner_->GetLocalizedString(id); }
+  void NavigateToMenuFilePath(std::string const& path) override { owner_->NavigateToFilePath(path); }
+  framework::UIViewModel* MenuViewModel() override { return owner_; }
+
+ private:
+  ChattingMenuViewModel* owner_;
+};
+
+ChattingMenuViewModel::ChattingMenuViewModel() : delegate_(std::make_shared<Delegate>(this)) {}
+
+ChattingMenuViewModel::~ChattingMenuViewModel() = default;
+
+void ChattingMenuViewModel::HandleAction(uint32_t action, Variant const* params) {
+  if (action == kActionShowChatMenu) {
+    HandleShowChatMenu(params);
+  } else if (action == kActionChatMenuItemClick) {
+    HandleMenuItemClick(params);
+  } else {
+    framework::StatefulViewModel::HandleAction(action, params);
+  }
+}
+
+void ChattingMenuViewModel::HandleShowChatMenu(Variant const* params) {
+  if (!params || !params->IsMap() || !params->Get("msg_id").IsString()) {
+    TXLOG_ERROR << "[chat menu] show menu without a msg_id";
+    return;
+  }
+  const int target = params->GetInt32("target", kTargetList);
+  if (target != kTargetList) {
+    // The avatar, picture and file menus have managers of their own.
+    TXLOG_WARN << "[chat menu] no menu manager for target " << target << " yet";
+    return;
+  }
+  manager_ = std::make_unique<ChattingMenuManagerForListView>(delegate_);
+  manager_->set_menu_scene(params->GetInt32("scene", ChattingMenuBaseManager::kSceneMeeting));
+  if (!manager_->SetCurrentMessage(params->GetString("msg_id"))) return;
+  manager_->UpdateMenuInfo(this);
+}
+
+void ChattingMenuViewModel::HandleMenuItemClick(Variant const* params) {
+  if (!params || !params->IsMap() || !params->Get("type").IsInteger()) {
+    TXLOG_ERROR << "[chat menu] item click without a type";
+    return;
+  }
+  if (!manager_) {
+    TXLOG_ERROR << "[chat menu] item click without a menu";
+    return;
+  }
+  manager_->HandleMenuItemClick(this, params->GetInt32("type"));
+}
+
+}  // namespace chat

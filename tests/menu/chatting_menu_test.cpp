@@ -1,0 +1,152 @@
+// The context menu of a message, through the simulated meeting: the items the
+// rules allow for this message, this role and this meeting, and what the
+// list's items do.
+#include <QClipboard>
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+#include "base/analytics/analytics.h"
+#include "chat/runtime/chat_module_runtime.h"
+#include "chat/viewmodel/chatting_menu_view_model.h"
+#include "framework/meeting/meeting_context.h"
+#include "framework/resource/resource.h"
+#include "framework/ui/ui_service.h"
+#include "sim/chat_records.h"
+#include "sim/meeting_sim.h"
+#include "support/test_util.h"
+
+namespace menu_test {
+namespace {
+
+using VM = chat::ChattingMenuViewModel;
+using Types = std::vector<int>;
+enum : int { kRecall = 0, kDelete = 1, kCopy = 2, kBlock = 4, kKick = 5 };
+
+class MenuTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    talvex_test::IsolateUserDirectories();
+    base::analytics::ClearRecordedEvents();
+    ui_ = std::make_shared<framework::RecordingUIService>();
+    framework::SetUIService(ui_);
+    meeting_.Install();
+    meeting_.meeting().Join();
+    meeting_.members().AddMember(Variant::Map{{"user_id", "u2"}, {"app_uid", "u2"}, {"app_id", "1400"},
+                                              {"nickname", "Sam"}, {"role", "member"}});
+    meeting_.members().AddMember(Variant::Map{{"user_id", "u-co"}, {"app_uid", "u-co"}, {"app_id", "1400"},
+                                              {"nickname", "Casey"}, {"role", "cohost"}});
+    ASSERT_TRUE(runtime_.Activate());
+    vm_ = std::make_shared<VM>();
+    vm_->SetModuleParams(&runtime_);
+    Variant none;
+    vm_->DidCreated(&none);
+    vm_->DidAttached(&none);
+  }
+  void TearDown() override {
+    vm_->DidDetached();
+    vm_.reset();
+    runtime_.Unactivate();
+    meeting_.Uninstall();
+    framework::SetUIService(nullptr);
+  }
+  // A message of `from` as the backend delivers it, sent to everyone in
+  // this meeting's group.
+  std::string Post(std::string const& from, int chat_type = 0, bool own = false, int status = 2) {
+    Variant content = Variant::Array{Variant::Map{{"text_elem_content", "hello there"}}};
+    Variant record = sim::ChatRecord(meeting_.meeting().meeting_id(), sim::Sender(from, from), chat_type, content, own);
+    record.Set("msg_text", "hello there");
+    record["msg_sender"].Set("role_type", 0);
+    record["in_meeting_info"].Set("group_id", "im-" + meeting_.meeting().meeting_id());
+    record.Set("message_is_online_msg", false);
+    record.Set("message_status", status);
+    return meeting_.messages().Post(record);
+  }
+  void Act(uint32_t action, Variant params) { vm_->Handle(action, &params); }
+  Types Menu(std::string const& msg_id, int scene = 1) {
+    Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", msg_id}, {"scene", scene}});
+    Types types;
+    if (Variant const* list = vm_->GetPropValue(VM::kPropChatMenuList)) {
+      for (auto const& item : list->AsArray()) types.push_back(item.GetInt32("type"));
+    }
+    return types;
+  }
+  void Click(int type) { Act(VM::kActionChatMenuItemClick, Variant::Map{{"type", type}}); }
+  void BeHost() { meeting_.context().self_role = talvex::MeetingContext::kRoleHost; }
+
+  sim::MeetingSimulator meeting_;
+  chat::ChatModuleRuntime runtime_;
+  std::shared_ptr<framework::RecordingUIService> ui_;
+  std::shared_ptr<VM> vm_;
+};
+
+TEST_F(MenuTest, OwnSentMessagesCanBeRecalledInAMeetingOnly) {
+  EXPECT_EQ(Menu(Post("u-self", 0, true)), (Types{kCopy, kDelete, kRecall}));
+  EXPECT_EQ(Menu(Post("u-self", 0, true, 3)), (Types{kCopy, kDelete})) << "a failed send is not recalled";
+  EXPECT_EQ(Menu(Post("u2")), (Types{kCopy, kDelete})) << "another's message";
+  EXPECT_EQ(Menu(Post("u-self", 6, true)), (Types{kCopy, kDelete})) << "a notice";
+  EXPECT_EQ(Menu(Post("u-self", 4, true)), (Types{kDelete, kRecall})) << "a picture is not copied";
+  const std::string elsewhere = Post("u-self", 0, true);
+  meeting_.messages().Update(elsewhere, [](Variant& r) { r["in_meeting_info"].Set("group_id", "im-other"); });
+  EXPECT_EQ(Menu(elsewhere), (Types{kCopy, kDelete})) << "sent to another group, as from a breakout room";
+  EXPECT_EQ(Menu(Post("u-self", 0, true), 0), (Types{kCopy, kDelete})) << "no recall in a past meeting's record";
+  meeting_.context().is_webinar = true;
+  EXPECT_EQ(Menu(Post("u-self", 0, true)), (Types{kCopy, kDelete})) << "no recall in a webinar";
+}
+
+TEST_F(MenuTest, AHostMayRemoveMembersButNotCoHostsOrStrangers) {
+  BeHost();
+  EXPECT_EQ(Menu(Post("u2")), (Types{kCopy, kDelete, kKick}));
+  EXPECT_EQ(Menu(Post("u-co")), (Types{kCopy, kDelete})) << "a co-host stays";
+  EXPECT_EQ(Menu(Post("u-gone")), (Types{kCopy, kDelete})) << "a member not found counts as a host";
+  EXPECT_EQ(Menu(Post("u2", 6)), (Types{kCopy, kDelete})) << "a notice";
+  meeting_.context().is_webinar = true;
+  EXPECT_EQ(Menu(Post("u2")), (Types{kCopy, kDelete, kBlock, kKick})) << "a webinar's host blocks too";
+  meeting_.context().self_role = talvex::MeetingContext::kRoleMember;
+  EXPECT_EQ(Menu(Post("u2")), (Types{kCopy, kDelete}));
+}
+
+TEST_F(MenuTest, RecallDeleteAndCopyDoWhatTheySay) {
+  const std::string own = Post("u-self", 0, true);
+  Menu(own);
+  meeting_.messages().SetChatKeyReady(false);
+  Click(kRecall);
+  EXPECT_EQ(meeting_.messages().FindMessage(own)->GetInt32("message_status"), 2);
+  ASSERT_FALSE(ui_->toasts().empty()) << "no connection: the user is told";
+  meeting_.messages().SetChatKeyReady(true);
+  Click(kRecall);
+  EXPECT_EQ(meeting_.messages().FindMessage(own)->GetInt32("message_status"), 6);
+  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_impanel_null_message_recall_null_click").size(), 2u);
+
+  const std::string other = Post("u2");
+  Menu(other);
+  Click(kDelete);
+  auto const* alert = ui_->LastOpenAlert();
+  ASSERT_NE(alert, nullptr);
+  ui_->Answer(alert->id, framework::kAlertButtonNegative);
+  EXPECT_EQ(meeting_.messages().FindMessage(other)->GetInt32("message_status"), 2) << "cancelled";
+  Click(kDelete);
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive);
+  EXPECT_EQ(meeting_.messages().FindMessage(other)->GetInt32("message_status"), 4);
+
+  Menu(Post("u2"));
+  Click(kCopy);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "hello there");
+}
+
+TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {
+  talvex_test::LogCapture log;
+  for (Variant bad : {Variant(), Variant(3), Variant(Variant::Map{{"msg_id", 7}}),
+                      Variant(Variant::Map{{"msg_id", "no-such-message"}})}) {
+    vm_->Handle(VM::kActionShowChatMenu, &bad);
+    vm_->Handle(VM::kActionChatMenuItemClick, &bad);
+  }
+  EXPECT_FALSE(vm_->HasProp(VM::kPropChatMenuList));
+  Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", Post("u2")}, {"target", 2}});
+  EXPECT_TRUE(log.Contains("no menu manager for target 2"));
+  Menu(Post("u2"));
+  Click(12);
+  EXPECT_TRUE(log.Contains("[chat menu] manager, handle menu item click failed! type = 12"));
+}
+
+}  // namespace
+}  // namespace menu_test
