@@ -74,6 +74,13 @@ std::vector<std::string> ListRecordModel::List(std::string const& list_id) const
 }
 
 ShieldModel::ShieldModel() : SimModel(kId) {
+  SetMethod(2, [this](Variant const* params, Variant*) {
+    const std::string app_uid = params && params->IsMap() ? params->Get("sender_info").GetString("app_uid") : "";
+    if (app_uid.empty()) return false;
+    if (params->GetBoolean("forbid")) forbidden_.push_back(app_uid);
+    ShieldSender(app_uid);
+    return true;
+  });
   SetMethod(4, [this](Variant const* params, Variant* result) {
     if (!params || !params->IsMap()) return false;
     Variant shielded(base::variant::kVariantTypeArray);
@@ -106,6 +113,10 @@ ShieldModel::ShieldModel() : SimModel(kId) {
     if (result) *result = std::move(data);
     return true;
   });
+}
+
+bool ShieldModel::shielded(std::string const& app_uid) const {
+  return std::find(shielded_.begin(), shielded_.end(), app_uid) != shielded_.end();
 }
 
 void ShieldModel::ShieldSender(std::string const& app_uid) {

@@ -44,6 +44,8 @@ class MessageNotificationModel : public SimModel {
 };
 
 // Model 530: chat control.
+//   2 {forbid, message_seq, message_server_time, message_rand, sender_info
+//     {app_uid, ...}} blocks the sender's messages (and chat, with `forbid`)
 //   4 {msg_list [{msg_id, app_uid, ...}]} -> {shield_msg_list [{msg_id}]}: the
 //     entries whose sender is shielded (blocked)
 //   5 starts watching shields (webinars), 6 stops
@@ -55,10 +57,13 @@ class ShieldModel : public SimModel {
   static constexpr int kId = 530;
   ShieldModel();
   void ShieldSender(std::string const& app_uid);
+  bool shielded(std::string const& app_uid) const;
+  std::vector<std::string> const& forbidden() const { return forbidden_; }
   bool watching() const { return watching_; }
 
  private:
   std::vector<std::string> shielded_;
+  std::vector<std::string> forbidden_;
   bool watching_ = false;
 };
 

@@ -46,6 +46,13 @@ MemberModel::MemberModel() : SimModel(kId) {
       return true;
     });
   }
+  SetMethod(60, [this](Variant const* params, Variant*) {
+    if (!params || !params->IsMap() || params->GetString("user_id").empty()) return false;
+    const std::string id = params->GetString("user_id");
+    if (!params->GetBoolean("allow_join", true)) barred_.push_back(id);
+    RemoveMember(id);
+    return true;
+  });
   SetMethod(12, [this](Variant const*, Variant* result) {
     for (auto const& member : members_) {
       if (member.GetString("role") != "host" || member.GetBoolean("in_waiting_room")) continue;
@@ -93,8 +100,13 @@ Variant Ids(std::string const& id) {
 }
 }  // namespace
 
+bool MemberModel::barred(std::string const& user_id) const {
+  return std::find(barred_.begin(), barred_.end(), user_id) != barred_.end();
+}
+
 void MemberModel::AddMember(Variant member) {
   const std::string id = member.GetString("user_id");
+  if (barred(id)) return;  // removed and not allowed back
   if (!member.Get("user_type").IsInteger()) member.Set("user_type", 1);
   if (!member.Get("instance_id").IsInteger()) member.Set("instance_id", 1);
   for (auto& existing : members_) {

@@ -24,6 +24,8 @@ namespace sim {
 //   method 12 -> the host {app_id, app_uid}; false when there is none
 //   method 83 {unique_id} or {app_id, app_uid} -> the real name behind an
 //                anonymous member (`real_name`, else the nickname)
+//   method 60 {user_id, allow_join} removes a member from the meeting; one
+//                not allowed back is refused by AddMember from then on
 //   methods 84 {unique_id} or {app_uid, app_id}, 82 {unique_id} and 47
 //                {app_uid, app_id} -> the member with `host`, `co_host` and
 //                `role_type` (1 host, 2 co-host, 3 panelist, 4 attendee, 0)
@@ -42,12 +44,14 @@ class MemberModel : public SimModel {
   // The member a lookup by ids finds, with its role flags; null when none.
   Variant Lookup(Variant const* params, bool by_unique_id, bool by_app_ids) const;
   std::vector<Variant> const& members() const { return members_; }
+  bool barred(std::string const& user_id) const;
 
  private:
   Variant WaitingRoomList() const;
   Variant WaitingRoomOwnList() const;
   std::vector<Variant> members_;
   bool self_forbid_chat_ = false;
+  std::vector<std::string> barred_;
 };
 
 }  // namespace sim

@@ -133,6 +133,47 @@ TEST_F(MenuTest, RecallDeleteAndCopyDoWhatTheySay) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "hello there");
 }
 
+TEST_F(MenuTest, BlockingAndRemovingAskFirstAndHonourTheirCheckBoxes) {
+  BeHost();
+  meeting_.context().is_webinar = true;
+  Menu(Post("u2"));
+  Click(kBlock);
+  auto const* alert = ui_->LastOpenAlert();
+  ASSERT_NE(alert, nullptr);
+  EXPECT_TRUE(alert->request.has_check);
+  EXPECT_NE(alert->request.content.find("u2"), std::string::npos) << "names the sender";
+  ui_->Answer(alert->id, framework::kAlertButtonPositive, Variant::Map{{"check_state", true}});
+  EXPECT_TRUE(meeting_.shield().shielded("u2"));
+  EXPECT_EQ(meeting_.shield().forbidden(), (std::vector<std::string>{"u2"})) << "the box: chat stopped too";
+  EXPECT_EQ(base::analytics::RecordedEvents(
+                "meetingpage_im_rightmenu_blockmessage_doublecheck_null_checkedblockallmessages").size(), 1u);
+
+  // Removing: cancelled, then confirmed with "don't let them back".
+  meeting_.context().is_webinar = false;
+  Menu(Post("u2"));
+  Click(kKick);
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonNegative);
+  EXPECT_FALSE(meeting_.members().members().empty());
+  Click(kKick);
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive, Variant::Map{{"check_state", true}});
+  EXPECT_TRUE(meeting_.members().barred("u2"));
+  meeting_.members().AddMember(Variant::Map{{"user_id", "u2"}, {"nickname", "Sam"}});
+  Variant ask = Variant::Map{{"user_id", "u2"}};
+  EXPECT_FALSE(meeting_.members().Invoke(2, &ask, nullptr)) << "not allowed back";
+  EXPECT_EQ(base::analytics::RecordedEvents("im_null_null_outsuccess_null_null_click").size(), 1u);
+
+  // A block answered after the host lost the role does nothing.
+  meeting_.context().is_webinar = true;
+  Menu(Post("u-co"));
+  meeting_.members().AddMember(Variant::Map{{"user_id", "u4"}, {"app_uid", "u4"}, {"app_id", "1400"},
+                                            {"nickname", "Drew"}, {"role", "attendee"}});
+  Menu(Post("u4"));
+  Click(kBlock);
+  meeting_.context().self_role = talvex::MeetingContext::kRoleMember;
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive);
+  EXPECT_FALSE(meeting_.shield().shielded("u4"));
+}
+
 TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {
   talvex_test::LogCapture log;
   for (Variant bad : {Variant(), Variant(3), Variant(Variant::Map{{"msg_id", 7}}),

@@ -11,6 +11,7 @@
 #include "framework/meeting/meeting_context.h"
 #include "framework/meeting/member_utils.h"
 #include "framework/module/app_module.h"
+#include "framework/resource/resource.h"
 #include "framework/viewmodel/ui_view_model.h"
 
 namespace chat {
@@ -26,6 +27,9 @@ constexpr uint32_t kMethodImGroupId = 45;     // 524
 constexpr uint32_t kMethodAnyMember = 84;     // 508
 constexpr uint32_t kMethodByUniqueId = 82;    // 508
 constexpr uint32_t kMethodByAppIds = 47;      // 508
+constexpr uint32_t kMethodKickOut = 60;       // 508 {user_id, allow_join}
+constexpr uint32_t kMethodBlock = 2;          // 530
+constexpr int kChatControlModel = 530;
 constexpr int kReceiverBreakoutBroadcast = 8;
 constexpr int kStatusSent = 2;
 
@@ -33,6 +37,24 @@ constexpr uint32_t kTextNoConnection = framework::NameId("chat.menu.no_connectio
 constexpr uint32_t kTextDeleteTitle = framework::NameId("chat.menu.delete.title");
 constexpr uint32_t kTextDeletePositive = framework::NameId("chat.menu.delete.positive");
 constexpr uint32_t kTextDeleteNegative = framework::NameId("chat.menu.delete.negative");
+constexpr uint32_t kTextBlockContent = framework::NameId("chat.menu.block.content");
+constexpr uint32_t kTextBlockPositive = framework::NameId("chat.menu.block.positive");
+constexpr uint32_t kTextBlockCheck = framework::NameId("chat.menu.block.check");
+constexpr uint32_t kTextCancel = framework::NameId("chat.menu.delete.negative");
+constexpr uint32_t kTextKickContent = framework::NameId("chat.menu.kick.content");
+constexpr uint32_t kTextKickPositive = framework::NameId("chat.menu.kick.positive");
+constexpr uint32_t kTextKickCheckMeeting = framework::NameId("chat.menu.kick.check_meeting");
+constexpr uint32_t kTextKickCheckWebinar = framework::NameId("chat.menu.kick.check_webinar");
+
+// A check box's answer: the Part's key, or the host's.
+bool Checked(Variant const* data, char const* key, char const* host_key) {
+  if (!data || !data->IsMap()) return false;
+  return data->Has(key) ? data->GetBoolean(key) : data->GetBoolean(host_key);
+}
+
+std::string WebinarRole() {
+  return talvex::ChatUtils::IsSelfHost() ? "1" : talvex::ChatUtils::IsSelfCoHost() ? "2" : "0";
+}
 
 std::string MessageTypeOf(int chat_type) { return std::to_string(chat_type); }
 
@@ -243,6 +265,12 @@ void ChattingMenuBaseManager::HandleMenuItemClick(framework::UIViewModel* vm, in
     case MenuItemType::kCopy:
       HandleMenuItemClickForCopy(vm);
       break;
+    case MenuItemType::kBlockSender:
+      HandleMenuItemClickForShield(vm);
+      break;
+    case MenuItemType::kKickOut:
+      HandleMenuItemClickForKickOut(vm);
+      break;
     default:
       TXLOG_ERROR << "[chat menu] manager, handle menu item click failed! type = " << type;
       return;
@@ -313,6 +341,99 @@ void ChattingMenuBaseManager::HandleMenuItemClickForCopy(framework::UIViewModel*
     text = content.Has("item_emoji_text") ? content.GetString("item_emoji_text") : content.GetString("item_content");
   }
   QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
+
+Variant ChattingMenuBaseManager::GetSenderInfo() const {
+  Variant const& sender = current_message_.Get("msg_sender");
+  Variant info(base::variant::kVariantTypeMap);
+  for (char const* key : {"app_id", "app_uid", "av_uid"}) info.Set(key, sender.GetString(key));
+  info.Set("instance_id", sender.GetInteger("instance_id", 1));
+  info.Set("user_type", sender.GetInteger("user_type", 1));
+  info.Set("group_id", current_message_.Get("in_meeting_info").GetString("group_id"));
+  return info;
+}
+
+void ChattingMenuBaseManager::HandleMenuItemClickForShield(framework::UIViewModel* vm) {
+  analytics::LogEvent("meetingpage_im_rightmenu_blockmessage_null_null_null");
+  if (!vm) return;
+  Variant const& sender = current_message_.Get("msg_sender");
+  const std::string content = framework::StringFormatter(CallGetLocalizedString(kTextBlockContent))
+                                  .Arg("nickname", sender.GetString("nickname"))
+                                  .Arg("role_type", sender.GetInteger("role_type"))
+                                  .Str();
+  Variant params(base::variant::kVariantTypeMap);
+  for (char const* key : {"message_seq", "message_server_time", "message_rand"}) {
+    params.Set(key, current_message_.GetUint64(key));
+  }
+  params.Set("sender_info", GetSenderInfo());
+  std::weak_ptr<framework::ViewModel> alive = vm->shared_from_this();
+  framework::UIViewModel::AlertBuilder(vm)
+      .SetType(2)
+      .SetContent(content)
+      .SetPositiveText(CallGetLocalizedString(kTextBlockPositive))
+      .SetNegativeText(CallGetLocalizedString(kTextCancel))
+      .setCheckStateText(CallGetLocalizedString(kTextBlockCheck))
+      .setCheckState(false)
+      .setCheckSecState(false)
+      .SetInteractiveFunc([alive, params](long, int button, Variant* data) mutable {
+        if (button != framework::kAlertButtonPositive || alive.expired()) return;
+        if (!util::networkinfo::GetActiveNetworkInfo().available) {
+          TXLOG_WARN << "network not connected";
+          return;
+        }
+        if (!talvex_common::utils::member::IsSelfHostOrCoHost()) {
+          TXLOG_WARN << "current user is not host";
+          return;
+        }
+        const bool all = Checked(data, "checkbox_state", "check_state");
+        params.Set("forbid", all);
+        Ask(kChatControlModel, kMethodBlock, &params);
+        analytics::LogEventWithProperty("meetingpage_im_rightmenu_blockmessage_doublecheck_null_click",
+                                        "webinar_role", WebinarRole());
+        if (all) {
+          analytics::LogEventWithProperty(
+              "meetingpage_im_rightmenu_blockmessage_doublecheck_null_checkedblockallmessages", "webinar_role",
+              WebinarRole());
+        }
+      })
+      .Show();
+}
+
+void ChattingMenuBaseManager::HandleMenuItemClickForKickOut(framework::UIViewModel* vm) {
+  Variant member = GetUserInfo(current_message_.Get("msg_sender"));
+  if (!member.IsMap()) {
+    // A webinar's attendee is looked up by nickname among the attendees;
+    // until that search exists, an attendee the member model doesn't know
+    // can't be removed from here.
+    TXLOG_WARN << "no origin message";
+    return;
+  }
+  KickoutToastShow(vm, member);
+}
+
+void ChattingMenuBaseManager::KickoutToastShow(framework::UIViewModel* vm, Variant const& member) {
+  analytics::LogEvent("im_null_null_out_null_null_click");
+  if (!vm) return;
+  const std::string user_id = member.GetString("user_id");
+  std::weak_ptr<framework::ViewModel> alive = vm->shared_from_this();
+  framework::UIViewModel::AlertBuilder(vm)
+      .SetContent(framework::StringFormatter(CallGetLocalizedString(kTextKickContent))
+                      .Arg("nickname", member.GetString("nickname"))
+                      .Str())
+      .SetPositiveText(CallGetLocalizedString(kTextKickPositive))
+      .SetNegativeText(CallGetLocalizedString(kTextCancel))
+      .setCheckStateText(CallGetLocalizedString(webinar::IsMeetingWebinar() ? kTextKickCheckWebinar
+                                                                            : kTextKickCheckMeeting))
+      .setCheckState(false)
+      .SetInteractiveFunc([alive, user_id](long, int button, Variant* data) {
+        if (button != framework::kAlertButtonPositive || alive.expired()) return;
+        const bool checked = Checked(data, "checkbox_state", "check_state");
+        TXLOG_INFO << "kickout " << user_id << ", allow_join=" << !checked;
+        Variant params = Variant::Map{{"user_id", user_id}, {"allow_join", !checked}};
+        Ask(kHostMemberModel, kMethodKickOut, &params);
+        analytics::LogEvent("im_null_null_outsuccess_null_null_click");
+      })
+      .Show();
 }
 
 // --- the delegate ---------------------------------------------------------------------

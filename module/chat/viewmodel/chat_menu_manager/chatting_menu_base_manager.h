@@ -82,6 +82,11 @@ class ChattingMenuBaseManager {
   void HandleMenuItemClickForRecall(framework::UIViewModel* vm);
   void HandleMenuItemClickForDelete(framework::UIViewModel* vm);
   void HandleMenuItemClickForCopy(framework::UIViewModel* vm);
+  void HandleMenuItemClickForShield(framework::UIViewModel* vm);
+  void HandleMenuItemClickForKickOut(framework::UIViewModel* vm);
+  void KickoutToastShow(framework::UIViewModel* vm, Variant const& member);
+  // The sender as the chat control model names a blocked member.
+  Variant GetSenderInfo() const;
 
   // The delegate's calls; each is a log line when the delegate is gone.
   void CallSetPropValue(uint32_t prop, Variant const& value);
