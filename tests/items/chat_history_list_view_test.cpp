@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCursor>
+#include <QMenu>
 #include <QMimeData>
 #include <QImage>
 #include <QMouseEvent>
@@ -236,6 +237,28 @@ TEST_F(HistoryListViewTest, CopyingSelectedRowsPutsTextAndHtmlOnTheClipboard) {
   QApplication::clipboard()->clear();
   view_->CopySelection();
   EXPECT_EQ(QApplication::clipboard()->text(), "second & last");
+}
+
+TEST_F(HistoryListViewTest, ARightClickOpensTheMessagesMenuAndItsItemsRun) {
+  Seed(1);
+  const std::string own = PostOwn("my point");
+  Open();
+  Variant request = Variant::Map{{"from_more", false}};
+  emit view_->RowWidgetOf(own)->ContextMenuRequested(request);
+  QMenu* menu = view_->last_menu();
+  ASSERT_NE(menu, nullptr);
+  QStringList titles;
+  for (QAction* action : menu->actions()) titles << action->text();
+  EXPECT_EQ(titles, (QStringList{"Copy", "Delete"})) << "a message still arriving is not recalled";
+  menu->actions()[1]->trigger();
+  auto* ui = static_cast<framework::RecordingUIService*>(framework::GetUIService());
+  ASSERT_NE(ui->LastOpenAlert(), nullptr) << "delete asks first";
+  ui->Answer(ui->LastOpenAlert()->id, framework::kAlertButtonPositive);
+  EXPECT_EQ(meeting_.messages().FindMessage(own)->GetInt32("message_status"), 4);
+  // The avatar's menu has no manager yet: it says so and shows nothing.
+  talvex_test::LogCapture log;
+  view_->ShowMessageMenu(own, 1);
+  EXPECT_TRUE(log.Contains("no menu manager for target 1"));
 }
 
 // A picture one sent, as the meeting gives it back: the sender's own file.

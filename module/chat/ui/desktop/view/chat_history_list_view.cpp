@@ -1,5 +1,9 @@
 #include "chat/ui/desktop/view/chat_history_list_view.h"
 
+#include <QCursor>
+
+#include "chat/viewmodel/chatting_menu_view_model.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
@@ -200,6 +204,11 @@ void ChatHistoryListView::OnViewModelBoundEx(framework::StatefulViewModel* view_
 
 void ChatHistoryListView::OnDispose() {
   batch_timer_.reset();
+  if (last_menu_) last_menu_->close();
+  if (menu_model_) {
+    menu_model_->DidDetached();
+    menu_model_.reset();
+  }
   for (auto& entry : row_views_) entry.second->DisposeViewModel();
   row_views_.clear();
   guard_.reset(new QObject());
@@ -619,14 +628,51 @@ bool ChatHistoryListView::HandleViewEvent(AppBaseView* source, int event, Varian
       TXLOG_INFO << "[chat menu] message menu requested, msg_id=" << msg_id
                  << ", position_type=" << (from_more && params->GetBoolean("is_self", false) ? 2 : 1)
                  << ", selectable=" << (template_type_ != ToInt(chat::TemplateType::kRecord));
+      ShowMessageMenu(msg_id, chat::ChattingMenuViewModel::kTargetList);
       return true;
     }
     case ChatMessageView::kEventAvatarMenu:
       TXLOG_INFO << "[chat menu] avatar menu requested, msg_id=" << msg_id;
+      ShowMessageMenu(msg_id, chat::ChattingMenuViewModel::kTargetAvatar);
       return true;
     default:
       return false;
   }
+}
+
+void ChatHistoryListView::ShowMessageMenu(std::string const& msg_id, int target) {
+  using Menu = chat::ChattingMenuViewModel;
+  if (!menu_model_) {
+    menu_model_ = std::make_shared<Menu>();
+    Variant none;
+    menu_model_->DidCreated(&none);
+    menu_model_->DidAttached(&none);
+  }
+  const int scene = template_type_ == ToInt(chat::TemplateType::kRecord) ? 0 : 1;
+  Variant ask = Variant::Map{{"msg_id", msg_id}, {"target", target}, {"scene", scene}};
+  const size_t published = menu_model_->PropSetCount(Menu::kPropChatMenuList);
+  menu_model_->Handle(Menu::kActionShowChatMenu, &ask);
+  // Nothing new published: no menu for this message (the reason is logged).
+  if (menu_model_->PropSetCount(Menu::kPropChatMenuList) == published) return;
+  Variant const* items = menu_model_->GetPropValue(Menu::kPropChatMenuList);
+  if (!items || !items->IsArray() || items->AsArray().empty() || !list_) return;
+  auto* menu = new QMenu(list_);
+  menu->setObjectName("ChatMessageMenu");
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  std::weak_ptr<framework::StatefulViewModel> model = menu_model_;
+  for (auto const& item : items->AsArray()) {
+    QAction* action = menu->addAction(QString::fromStdString(item.GetString("title")));
+    action->setEnabled(item.GetBoolean("enable", true));
+    const int type = item.GetInt32("type");
+    QObject::connect(action, &QAction::triggered, menu, [model, type] {
+      if (auto vm = model.lock()) {
+        Variant click = Variant::Map{{"type", type}};
+        vm->Handle(Menu::kActionChatMenuItemClick, &click);
+      }
+    });
+  }
+  last_menu_ = menu;
+  menu->popup(QCursor::pos());
 }
 
 void ChatHistoryListView::CopySelection() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMenu>
 #include <QPointer>
 #include <QString>
 #include <memory>
@@ -44,6 +45,11 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
 
   // Row events: 3 message menu, 4 size changed, 5 avatar menu.
   bool HandleViewEvent(AppBaseView* source, int event, Variant const* params, Variant* result) override;
+
+  // The context menu of a message: the items its menu view model allows,
+  // as a real menu at the pointer. 0 the message, 1 its sender's avatar.
+  void ShowMessageMenu(std::string const& msg_id, int target);
+  QMenu* last_menu() const { return last_menu_.data(); }
 
   // Ctrl+C: one row copies itself; several ask the view model for their text.
   void CopySelection();
@@ -92,6 +98,8 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   QPointer<QWidget> container_;
   QPointer<ChatMessageListWidget> list_;
   QPointer<ChatUnreadMsgWidget> unread_widget_;
+  std::shared_ptr<framework::StatefulViewModel> menu_model_;
+  QPointer<QMenu> last_menu_;
   // Owns the timers and connections: all of them end with the view.
   std::unique_ptr<QObject> guard_;
   // Applies the updates queued within kBatchDelayMs at once.
