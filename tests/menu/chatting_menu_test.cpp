@@ -9,6 +9,7 @@
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/viewmodel/chatting_menu_view_model.h"
 #include "framework/meeting/meeting_context.h"
+#include "framework/meeting/private_chat_record.h"
 #include "framework/resource/resource.h"
 #include "framework/ui/ui_service.h"
 #include "sim/chat_records.h"
@@ -63,8 +64,10 @@ class MenuTest : public ::testing::Test {
   }
   void Act(uint32_t action, Variant params) { vm_->Handle(action, &params); }
   Types Menu(std::string const& msg_id, int scene = 1) {
+    const size_t published = vm_->PropSetCount(VM::kPropChatMenuList);
     Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", msg_id}, {"scene", scene}});
     Types types;
+    if (vm_->PropSetCount(VM::kPropChatMenuList) == published) return types;
     if (Variant const* list = vm_->GetPropValue(VM::kPropChatMenuList)) {
       for (auto const& item : list->AsArray()) types.push_back(item.GetInt32("type"));
     }
@@ -174,6 +177,56 @@ TEST_F(MenuTest, BlockingAndRemovingAskFirstAndHonourTheirCheckBoxes) {
   EXPECT_FALSE(meeting_.shield().shielded("u4"));
 }
 
+// An avatar's menu: a private chat as the meeting's rules allow, and
+// removing the sender for a host.
+TEST_F(MenuTest, AnAvatarOffersAPrivateChatAsThePolicyAllows) {
+  enum : int { kPrivate = 18 };
+  auto avatar = [&](std::string const& msg_id) {
+    const size_t published = vm_->PropSetCount(VM::kPropChatMenuList);
+    Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", msg_id}, {"target", 1}});
+    std::vector<std::pair<int, bool>> items;
+    // Each menu starts empty: an empty one is not published at all.
+    if (vm_->PropSetCount(VM::kPropChatMenuList) == published) return items;
+    for (auto const& item : vm_->GetPropValue(VM::kPropChatMenuList)->AsArray()) {
+      items.emplace_back(item.GetInt32("type"), item.GetBoolean("enable"));
+    }
+    return items;
+  };
+  using Items = std::vector<std::pair<int, bool>>;
+  const std::string sam = Post("u2");
+  EXPECT_EQ(avatar(sam), (Items{{kPrivate, true}}));
+  EXPECT_EQ(avatar(Post("u-self", 0, true)), (Items{})) << "no private chat with oneself";
+  EXPECT_EQ(avatar(Post("u-gone")), (Items{{kPrivate, false}})) << "left the meeting";
+  meeting_.authority().SetPolicy(3);
+  EXPECT_EQ(avatar(sam), (Items{{kPrivate, false}})) << "only the host speaks";
+  EXPECT_EQ(avatar(Post("u-co")), (Items{{kPrivate, false}})) << "not even to a co-host";
+  meeting_.authority().SetPolicy(2);
+  EXPECT_EQ(avatar(sam), (Items{{kPrivate, false}}));
+  EXPECT_EQ(avatar(Post("u-co")), (Items{{kPrivate, true}})) << "only to the hosts";
+  BeHost();
+  EXPECT_EQ(avatar(sam), (Items{{kPrivate, true}, {kKick, true}})) << "a host writes to anyone and removes";
+
+  // Choosing it makes the sender the receiver.
+  avatar(sam);
+  Click(kPrivate);
+  const Variant receiver = talvex_common::utils::privatechatrecord::GetPrivateChatUserInfo();
+  EXPECT_EQ(receiver.GetString("user_id"), "u2");
+  EXPECT_EQ(talvex_common::utils::privatechatrecord::GetChatReceiverType(receiver), 1);
+
+  // A webinar's attendee writes privately to the hosts only, and never under
+  // policy 10.
+  meeting_.context().self_role = talvex::MeetingContext::kRoleAttendee;
+  meeting_.context().is_webinar = true;
+  EXPECT_EQ(avatar(Post("u-co")), (Items{{kPrivate, true}}));
+  EXPECT_EQ(avatar(sam), (Items{{kPrivate, false}}));
+  meeting_.authority().SetPolicy(10);
+  EXPECT_EQ(avatar(Post("u-co")), (Items{{kPrivate, false}}));
+  avatar(Post("u-co"));
+  const size_t toasts = ui_->toasts().size();
+  Click(kPrivate);
+  EXPECT_EQ(ui_->toasts().size(), toasts + 1) << "refused with a word";
+}
+
 TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {
   talvex_test::LogCapture log;
   for (Variant bad : {Variant(), Variant(3), Variant(Variant::Map{{"msg_id", 7}}),
@@ -182,8 +235,8 @@ TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {
     vm_->Handle(VM::kActionChatMenuItemClick, &bad);
   }
   EXPECT_FALSE(vm_->HasProp(VM::kPropChatMenuList));
-  Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", Post("u2")}, {"target", 2}});
-  EXPECT_TRUE(log.Contains("no menu manager for target 2"));
+  Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", Post("u2")}, {"target", 3}});
+  EXPECT_TRUE(log.Contains("no menu manager for target 3"));
   Menu(Post("u2"));
   Click(12);
   EXPECT_TRUE(log.Contains("[chat menu] manager, handle menu item click failed! type = 12"));

@@ -1,6 +1,7 @@
 #include "chat/viewmodel/chatting_menu_view_model.h"
 
 #include "base/log/log.h"
+#include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_avatar.h"
 
 namespace chat {
 
@@ -40,12 +41,15 @@ void ChattingMenuViewModel::HandleShowChatMenu(Variant const* params) {
     return;
   }
   const int target = params->GetInt32("target", kTargetList);
-  if (target != kTargetList) {
-    // The avatar, picture and file menus have managers of their own.
+  if (target == kTargetList) {
+    manager_ = std::make_unique<ChattingMenuManagerForListView>(delegate_);
+  } else if (target == kTargetAvatar) {
+    manager_ = std::make_unique<ChattingMenuManagerForAvatar>(delegate_);
+  } else {
+    // The picture and file menus have managers of their own, still to come.
     TXLOG_WARN << "[chat menu] no menu manager for target " << target << " yet";
     return;
   }
-  manager_ = std::make_unique<ChattingMenuManagerForListView>(delegate_);
   manager_->set_menu_scene(params->GetInt32("scene", ChattingMenuBaseManager::kSceneMeeting));
   if (!manager_->SetCurrentMessage(params->GetString("msg_id"))) return;
   manager_->UpdateMenuInfo(this);
