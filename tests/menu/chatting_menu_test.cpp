@@ -2,6 +2,11 @@
 // rules allow for this message, this role and this meeting, and what the
 // list's items do.
 #include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QStandardPaths>
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
@@ -87,7 +92,7 @@ TEST_F(MenuTest, OwnSentMessagesCanBeRecalledInAMeetingOnly) {
   EXPECT_EQ(Menu(Post("u-self", 0, true, 3)), (Types{kCopy, kDelete})) << "a failed send is not recalled";
   EXPECT_EQ(Menu(Post("u2")), (Types{kCopy, kDelete})) << "another's message";
   EXPECT_EQ(Menu(Post("u-self", 6, true)), (Types{kCopy, kDelete})) << "a notice";
-  EXPECT_EQ(Menu(Post("u-self", 4, true)), (Types{kDelete, kRecall})) << "a picture is not copied";
+  EXPECT_EQ(Menu(Post("u-self", 4, true)), (Types{6, 7, kDelete, kRecall})) << "a picture: save and copy it, not its text";
   const std::string elsewhere = Post("u-self", 0, true);
   meeting_.messages().Update(elsewhere, [](Variant& r) { r["in_meeting_info"].Set("group_id", "im-other"); });
   EXPECT_EQ(Menu(elsewhere), (Types{kCopy, kDelete})) << "sent to another group, as from a breakout room";
@@ -225,6 +230,34 @@ TEST_F(MenuTest, AnAvatarOffersAPrivateChatAsThePolicyAllows) {
   const size_t toasts = ui_->toasts().size();
   Click(kPrivate);
   EXPECT_EQ(ui_->toasts().size(), toasts + 1) << "refused with a word";
+}
+
+TEST_F(MenuTest, APicturesMenuSavesAndCopiesThePictureOnDisk) {
+  const std::string file = talvex_test::TempRoot() + "/view.png";
+  QImage picture(12, 8, QImage::Format_RGB32);
+  picture.fill(Qt::darkGreen);
+  ASSERT_TRUE(picture.save(QString::fromStdString(file)));
+  const std::string id = Post("u2", 4);
+  meeting_.messages().Update(id, [&](Variant& r) {
+    r.Set("ui_msg_content", Variant::Map{{"item_type", 3}, {"orig_path", file}});
+  });
+  EXPECT_EQ(Menu(id), (Types{6, 7, kDelete})) << "the row of a picture shows the picture's menu";
+  Click(7);
+  EXPECT_EQ(QGuiApplication::clipboard()->image().size(), QSize(12, 8));
+  Click(6);
+  const QString saved = QDir(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)).filePath("view.png");
+  EXPECT_TRUE(QFile::exists(saved)) << saved.toStdString();
+  Click(6);
+  EXPECT_TRUE(QFile::exists(QFileInfo(saved).dir().filePath("view (1).png"))) << "a second save takes a new name";
+  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_impanel_null_photomessage_save_null_click").size(), 2u);
+
+  // Not downloaded yet: both are offered greyed.
+  const std::string missing = Post("u2", 4);
+  Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", missing}, {"target", 2}});
+  auto const& items = vm_->GetPropValue(VM::kPropChatMenuList)->AsArray();
+  ASSERT_GE(items.size(), 2u);
+  EXPECT_FALSE(items[0].GetBoolean("enable"));
+  EXPECT_FALSE(items[1].GetBoolean("enable"));
 }
 
 TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {

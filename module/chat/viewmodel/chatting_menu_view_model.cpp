@@ -1,7 +1,10 @@
 #include "chat/viewmodel/chatting_menu_view_model.h"
 
 #include "base/log/log.h"
+#include "chat/model/chat_message.h"
+#include "framework/chat/chat_utils.h"
 #include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_avatar.h"
+#include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_image.h"
 
 namespace chat {
 
@@ -40,13 +43,20 @@ void ChattingMenuViewModel::HandleShowChatMenu(Variant const* params) {
     TXLOG_ERROR << "[chat menu] show menu without a msg_id";
     return;
   }
-  const int target = params->GetInt32("target", kTargetList);
+  int target = params->GetInt32("target", kTargetList);
+  // A picture's row menu is the picture's menu.
+  auto record = talvex::ChatUtils::GetMsgInfoPtrById(params->GetString("msg_id"));
+  if (target == kTargetList && record && record->GetInt32("chat_type") == ToInt(ChatType::kImage)) {
+    target = kTargetImage;
+  }
   if (target == kTargetList) {
     manager_ = std::make_unique<ChattingMenuManagerForListView>(delegate_);
   } else if (target == kTargetAvatar) {
     manager_ = std::make_unique<ChattingMenuManagerForAvatar>(delegate_);
+  } else if (target == kTargetImage) {
+    manager_ = std::make_unique<ChattingMenuManagerForImage>(delegate_);
   } else {
-    // The picture and file menus have managers of their own, still to come.
+    // The file menu has a manager of its own, still to come.
     TXLOG_WARN << "[chat menu] no menu manager for target " << target << " yet";
     return;
   }
