@@ -30,6 +30,7 @@
 #include "framework/navigation/routing.h"
 #include "sim/chat_records.h"
 #include "sim/meeting_sim.h"
+#include "bench_environment.h"
 #include "timed_application.h"
 
 namespace {
@@ -212,16 +213,9 @@ void RunLabels(TimedApplication& app, int seconds, int rate, Figures& figures) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  QTemporaryDir home;
-  qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-  qputenv("XDG_CACHE_HOME", home.path().toUtf8());
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  BenchEnvironment environment(base::log::kLogError);
   TimedApplication app(argc, argv);
-  base::log::LogOptions options;
-  options.write_file = false;
-  options.stderr_level = 0;
-  base::log::InitLogging(options);
-  base::log::SetLogLevel(base::log::kLogError);
+  environment.InitLogging();
   int runs = 3;
   int seconds = 60;
   int rate = 20;

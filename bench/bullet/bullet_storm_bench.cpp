@@ -22,6 +22,7 @@
 #include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
 #include "framework/meeting/meeting_context.h"
+#include "bench_environment.h"
 #include "qt_bench_main.h"
 #include "sim/chat_records.h"
 #include "sim/meeting_sim.h"
@@ -179,13 +180,7 @@ BENCHMARK(BM_BulletStorm_QStandardItemModel)->Unit(benchmark::kMillisecond)->Ite
 }  // namespace
 
 int main(int argc, char** argv) {
-  QTemporaryDir home;
-  qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-  qputenv("XDG_CACHE_HOME", home.path().toUtf8());
-  base::log::LogOptions options;
-  options.write_file = false;
-  options.stderr_level = 0;
-  base::log::InitLogging(options);
-  base::log::SetLogLevel(base::log::kLogWarning);
+  BenchEnvironment environment;
+  environment.InitLogging();
   return RunQtBenchmarks(argc, argv);
 }

@@ -14,6 +14,7 @@
 #include "chat/viewmodel/chat_panel_history_list_view_model.h"
 #include "sim/chat_records.h"
 #include "sim/meeting_sim.h"
+#include "bench_environment.h"
 
 namespace {
 
@@ -92,16 +93,9 @@ BENCHMARK(BM_Storm_QStandardItemModel)->Unit(benchmark::kMillisecond)->Iteration
 }  // namespace
 
 int main(int argc, char** argv) {
-  QTemporaryDir home;
-  qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-  qputenv("XDG_CACHE_HOME", home.path().toUtf8());
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  BenchEnvironment environment;
   QApplication app(argc, argv);
-  base::log::LogOptions options;
-  options.write_file = false;
-  options.stderr_level = 0;
-  base::log::InitLogging(options);
-  base::log::SetLogLevel(base::log::kLogWarning);
+  environment.InitLogging();
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
