@@ -51,6 +51,7 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       red_packets_(std::make_shared<RedPacketModel>()),
       banners_(std::make_shared<BannerModel>()),
       send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
+  files_->set_messages(messages_.get());
   for (int id : {539, 1000001, 1000020, 622, 647, 590, 610, 591}) {
     plain_models_[id] = std::make_shared<SimModel>(id);
   }

@@ -2,6 +2,7 @@
 
 #include "base/log/log.h"
 #include "framework/chat/chat_file_utils.h"
+#include "sim/models/chat_message_model.h"
 
 namespace sim {
 
@@ -13,6 +14,9 @@ ChatFileModel::ChatFileModel() : SimModel(kId) {
     }
     return true;
   });
+  SetMethod(5, [this](Variant const* message, Variant*) { return SetStatus(message, 10); });
+  SetMethod(6, [this](Variant const* message, Variant*) { return SetStatus(message, 0) && SetStatus(message, 3); });
+  SetMethod(7, [this](Variant const* message, Variant*) { return SetStatus(message, 2); });
   SetMethod(14, [](Variant const* params, Variant* result) {
     if (!params || !params->IsMap()) return false;
     Variant answer(base::variant::kVariantTypeMap);
@@ -28,6 +32,20 @@ ChatFileModel::ChatFileModel() : SimModel(kId) {
     if (result) *result = std::move(answer);
     return true;
   });
+}
+
+bool ChatFileModel::SetStatus(Variant const* message, int status) {
+  if (!messages_ || !message || !message->IsMap()) return false;
+  const std::string msg_id = message->GetString("msg_id");
+  const bool changed = messages_->Update(msg_id, [status](Variant& record) {
+    Variant& info = record["ext_content"]["file_info"];
+    info.Set("status", status);
+  });
+  if (!changed) return false;
+  auto record = messages_->FindMessage(msg_id);
+  Variant payload = Variant::Map{{"msg_id", msg_id}, {"file_info", record->Get("ext_content").Get("file_info")}};
+  FireEvent(1, &payload);
+  return true;
 }
 
 }  // namespace sim

@@ -255,10 +255,10 @@ TEST_F(HistoryListViewTest, ARightClickOpensTheMessagesMenuAndItsItemsRun) {
   ASSERT_NE(ui->LastOpenAlert(), nullptr) << "delete asks first";
   ui->Answer(ui->LastOpenAlert()->id, framework::kAlertButtonPositive);
   EXPECT_EQ(meeting_.messages().FindMessage(own)->GetInt32("message_status"), 4);
-  // A file's menu has no manager yet: it says so and shows nothing.
+  // A target the client doesn't know: said so, and no menu.
   talvex_test::LogCapture log;
-  view_->ShowMessageMenu(own, 3);
-  EXPECT_TRUE(log.Contains("no menu manager for target 3"));
+  view_->ShowMessageMenu(own, 9);
+  EXPECT_TRUE(log.Contains("no menu manager for target 9"));
 }
 
 // A picture one sent, as the meeting gives it back: the sender's own file.

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QMimeData>
+#include <QUrl>
 #include <QStandardPaths>
 #include <QGuiApplication>
 #include <gtest/gtest.h>
@@ -260,6 +262,55 @@ TEST_F(MenuTest, APicturesMenuSavesAndCopiesThePictureOnDisk) {
   EXPECT_FALSE(items[1].GetBoolean("enable"));
 }
 
+TEST_F(MenuTest, AFilesMenuFollowsItsTransferAndItsOwner) {
+  enum : int { kRetry = 8, kStopUp = 9, kStopDown = 10, kDownload = 11, kOpen = 14, kFolder = 15, kSaveAs = 16,
+               kCopyFile = 17 };
+  const std::string path = talvex_test::TempRoot() + "/agenda.txt";
+  {
+    QFile file(QString::fromStdString(path));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("agenda");
+  }
+  auto file_message = [&](std::string const& from, bool own, int status, int security = 0) {
+    const std::string id = Post(from, 8, own);
+    meeting_.messages().Update(id, [&](Variant& r) {
+      r["ext_content"].Set("file_info", Variant::Map{{"name", "agenda.txt"}, {"path", path}, {"size", 6},
+                                                     {"status", status}, {"security", security}});
+    });
+    return id;
+  };
+  auto status_of = [&](std::string const& id) {
+    return meeting_.messages().FindMessage(id)->Get("ext_content").Get("file_info").GetInt32("status");
+  };
+  EXPECT_EQ(Menu(file_message("u2", false, 5)), (Types{kDownload, kDelete}));
+  const std::string downloading = file_message("u2", false, 7);
+  EXPECT_EQ(Menu(downloading), (Types{kStopDown, kDelete}));
+  Click(kStopDown);
+  EXPECT_EQ(status_of(downloading), 10);
+  EXPECT_FALSE(ui_->toasts().empty());
+  EXPECT_EQ(Menu(file_message("u2", false, 9)), (Types{kOpen, kFolder, kSaveAs, kCopyFile, kDelete}));
+  Click(kSaveAs);
+  EXPECT_TRUE(QFile::exists(QDir(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation))
+                                .filePath("agenda.txt")));
+  Click(kCopyFile);
+  ASSERT_FALSE(QGuiApplication::clipboard()->mimeData()->urls().isEmpty());
+  EXPECT_EQ(QGuiApplication::clipboard()->mimeData()->urls()[0].toLocalFile().toStdString(), path);
+
+  const size_t toasts = ui_->toasts().size();
+  EXPECT_EQ(Menu(file_message("u2", false, 9, 1)), (Types{})) << "a blocked file has no menu";
+  EXPECT_EQ(ui_->toasts().size(), toasts + 1) << "but a word why";
+
+  const std::string uploading = file_message("u-self", true, 1);
+  EXPECT_EQ(Menu(uploading), (Types{kStopUp, kDelete}));
+  Click(kStopUp);
+  EXPECT_EQ(status_of(uploading), 2);
+  EXPECT_EQ(Menu(uploading), (Types{kRetry, kDelete}));
+  Click(kRetry);
+  EXPECT_EQ(status_of(uploading), 3);
+  EXPECT_EQ(Menu(uploading), (Types{kOpen, kFolder, kRecall, kSaveAs, kCopyFile, kDelete}));
+  EXPECT_EQ(base::analytics::RecordedEvents("inmeeting_im_null_file_pc_null_im").size(), 5u);
+}
+
 TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {
   talvex_test::LogCapture log;
   for (Variant bad : {Variant(), Variant(3), Variant(Variant::Map{{"msg_id", 7}}),
@@ -268,8 +319,8 @@ TEST_F(MenuTest, BadRequestsAndUnknownItemsAreLoggedAndShowNothing) {
     vm_->Handle(VM::kActionChatMenuItemClick, &bad);
   }
   EXPECT_FALSE(vm_->HasProp(VM::kPropChatMenuList));
-  Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", Post("u2")}, {"target", 3}});
-  EXPECT_TRUE(log.Contains("no menu manager for target 3"));
+  Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", Post("u2")}, {"target", 9}});
+  EXPECT_TRUE(log.Contains("no menu manager for target 9"));
   Menu(Post("u2"));
   Click(12);
   EXPECT_TRUE(log.Contains("[chat menu] manager, handle menu item click failed! type = 12"));

@@ -4,6 +4,7 @@
 #include "chat/model/chat_message.h"
 #include "framework/chat/chat_utils.h"
 #include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_avatar.h"
+#include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_file.h"
 #include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_image.h"
 
 namespace chat {
@@ -48,6 +49,8 @@ void ChattingMenuViewModel::HandleShowChatMenu(Variant const* params) {
   auto record = talvex::ChatUtils::GetMsgInfoPtrById(params->GetString("msg_id"));
   if (target == kTargetList && record && record->GetInt32("chat_type") == ToInt(ChatType::kImage)) {
     target = kTargetImage;
+  } else if (target == kTargetList && record && record->GetInt32("chat_type") == ToInt(ChatType::kFile)) {
+    target = kTargetFile;
   }
   if (target == kTargetList) {
     manager_ = std::make_unique<ChattingMenuManagerForListView>(delegate_);
@@ -55,9 +58,10 @@ void ChattingMenuViewModel::HandleShowChatMenu(Variant const* params) {
     manager_ = std::make_unique<ChattingMenuManagerForAvatar>(delegate_);
   } else if (target == kTargetImage) {
     manager_ = std::make_unique<ChattingMenuManagerForImage>(delegate_);
+  } else if (target == kTargetFile) {
+    manager_ = std::make_unique<ChattingMenuManagerForFile>(delegate_);
   } else {
-    // The file menu has a manager of its own, still to come.
-    TXLOG_WARN << "[chat menu] no menu manager for target " << target << " yet";
+    TXLOG_WARN << "[chat menu] no menu manager for target " << target;
     return;
   }
   manager_->set_menu_scene(params->GetInt32("scene", ChattingMenuBaseManager::kSceneMeeting));
