@@ -1,5 +1,10 @@
 #include "chat/util/utils.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
 #include "base/log/log.h"
 #include "base/util/file_util.h"
 #include "base/util/time_util.h"
@@ -137,6 +142,34 @@ bool UserIsInWaitingRoom(std::string const& user_id) { return UserIsInList(kMemb
 
 bool UserIsInWaitingRoomMemberList(std::string const& user_id) {
   return UserIsInList(kMemberMethodWaitingRoomMembers, user_id);
+}
+
+bool InvokeHostModel(int model, uint32_t method, Variant const* params, Variant* result) {
+  auto host = framework::module::GetAppModuleModel(model);
+  return host && host->Invoke(method, params, result);
+}
+
+Variant AskHostModel(int model, uint32_t method, Variant const* params) {
+  Variant result;
+  return InvokeHostModel(model, method, params, &result) ? result : Variant();
+}
+
+std::string CopyToDownloads(std::string const& path) {
+  const QFileInfo source(QString::fromStdString(path));
+  if (!source.exists()) return {};
+  QString dir = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+  if (dir.isEmpty()) dir = QDir::homePath();
+  QDir().mkpath(dir);
+  const QString suffix = source.suffix().isEmpty() ? QString() : "." + source.suffix();
+  QString target = QDir(dir).filePath(source.fileName());
+  for (int n = 1; QFile::exists(target); ++n) {
+    target = QDir(dir).filePath(QString("%1 (%2)%3").arg(source.completeBaseName()).arg(n).arg(suffix));
+  }
+  if (!QFile::copy(source.filePath(), target)) {
+    TXLOG_ERROR << "copy to downloads failed: " << target.toStdString();
+    return {};
+  }
+  return target.toStdString();
 }
 
 Variant ReadLocalSetting(std::string const& key, Variant const& def) {

@@ -53,6 +53,14 @@ bool UserIsInWaitingRoom(std::string const& user_id);
 // The same on the waiting room's own member list (method 37).
 bool UserIsInWaitingRoomMemberList(std::string const& user_id);
 
+// Calls a method of one of the client's models: false when the model is
+// absent or does not take the call.
+bool InvokeHostModel(int model, uint32_t method, Variant const* params, Variant* result);
+// The answer of such a call, null when there is none.
+Variant AskHostModel(int model, uint32_t method, Variant const* params = nullptr);
+// Copies a local file into the user's downloads under its own name, or
+// "name (n).ext" when that is taken; the new path, "" on failure.
+std::string CopyToDownloads(std::string const& path);
 // The client's local settings (model 517): the stored value, or `def` when
 // there is none or no settings model.
 Variant ReadLocalSetting(std::string const& key, Variant const& def);

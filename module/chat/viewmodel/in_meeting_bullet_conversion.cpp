@@ -6,6 +6,7 @@
 #include "base/log/log.h"
 #include "chat/model/chat_message.h"
 #include "chat/runtime/chat_ids.h"
+#include "chat/util/utils.h"
 #include "chat/viewmodel/in_meeting_bullet_texts.h"
 #include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "framework/chat/chat_utils.h"
@@ -105,7 +106,7 @@ Variant InMeetingBulletViewModel::ModelMsg2UIMsg(Variant const& source, int chat
       ask.Set("app_uid", source.GetString("app_uid"));
     }
     Variant real_name;
-    if (CallOk(kHostMemberModel, kMemberMethodRealName, &ask, &real_name) && real_name.IsString()) {
+    if (InvokeHostModel(kHostMemberModel, kMemberMethodRealName, &ask, &real_name) && real_name.IsString()) {
       out.Set("msg_sender", real_name.AsStr());
     }
   }
@@ -119,7 +120,7 @@ void InMeetingBulletViewModel::ResolvePrivatePeer(Variant const& source, Variant
     return;
   }
   Variant conv(source.GetString("message_conv_id"));
-  const Variant peer = Call(kHostChatMessageModel, kMethodConvPeer, &conv);
+  const Variant peer = AskHostModel(kHostChatMessageModel, kMethodConvPeer, &conv);
   const std::string app_uid = peer.GetString("app_uid");
   const std::string app_id = peer.GetString("app_id");
   receiver = app_uid;
@@ -151,7 +152,7 @@ void InMeetingBulletViewModel::HidePrivateContent(Variant const& source, Variant
 Variant InMeetingBulletViewModel::LookUpFace(int index) const {
   Variant ask(index);
   Variant face;
-  if (!CallOk(kHostFaceModel, kFaceMethodByIndex, &ask, &face) || !face.IsMap()) return Variant();
+  if (!InvokeHostModel(kHostFaceModel, kFaceMethodByIndex, &ask, &face) || !face.IsMap()) return Variant();
   return face;
 }
 
@@ -299,7 +300,7 @@ void InMeetingBulletViewModel::ModelNomalMsg2UIMsg(Variant const& source, Varian
 bool InMeetingBulletViewModel::ParseEmojiTextMixedContext(Variant const& text, Variant& out) const {
   Variant ask(text);
   Variant items;
-  if (!CallOk(kHostFaceModel, kFaceMethodSplitText, &ask, &items)) return false;
+  if (!InvokeHostModel(kHostFaceModel, kFaceMethodSplitText, &ask, &items)) return false;
   out = Variant(base::variant::kVariantTypeArray);
   if (!items.IsArray()) return true;
   const auto& list = items.AsArray();

@@ -42,7 +42,6 @@ constexpr char kMemberSidebarApp[] = "extension:member.sidebar_tab_in_meeting";
 constexpr char kChatSidebarApp[] = "extension:chat.sidebar_tab_in_meeting";
 constexpr char kInMeetingPage[] = "talvex://page/inmeeting";
 
-int64_t NowSeconds() { return talvex_common::utils::timer::WallClockMs() / 1000; }
 
 bool IsOnlyHostPolicy(int policy) {
   using namespace talvex::PrivateChatAuthority;
@@ -152,13 +151,13 @@ void InMeetingBulletViewModel::OnViewAttached(Variant const* params) {
   ReadSystemTipConfig();
   Variant query(base::variant::kVariantTypeMap);
   query.Set("tips_type", kSystemTipsType);
-  CallOk(kTipsDbModel, 6, &query, nullptr);
+  InvokeHostModel(kTipsDbModel, 6, &query, nullptr);
   UpdateButtonAbilityState();
   UpdatePicInPicUiData();
   if (framework::module::GetAppModuleModel(kBulletSettingsModel)) {
-    const Variant show = Call(kBulletSettingsModel, 14);
+    const Variant show = AskHostModel(kBulletSettingsModel, 14);
     if (show.IsMap() && show.Has("is_show_bullet_enabled")) is_show_bullet_ = show.GetBoolean("is_show_bullet_enabled");
-    const Variant fresh = Call(kBulletSettingsModel, 16);
+    const Variant fresh = AskHostModel(kBulletSettingsModel, 16);
     if (fresh.IsMap() && fresh.Has("is_new_msg_bullet_enabled")) {
       is_new_msg_bullet_ = fresh.GetBoolean("is_new_msg_bullet_enabled");
     }
@@ -188,7 +187,7 @@ void InMeetingBulletViewModel::LifecycleStateChanged(int old_state, int new_stat
 
 void InMeetingBulletViewModel::UpdateBulletPanel(bool fold_changed, int origin) {
   bool immersive = is_immersive_;
-  const bool screen_share = Call(kScreenShareModel, 2).AsBoolean();
+  const bool screen_share = AskHostModel(kScreenShareModel, 2).AsBoolean();
   // No immersive look while the local user shares the screen.
   if (screen_share) immersive = false;
   if (fold_changed && !is_show_bullet_) last_fold_time_ = NowSeconds();
@@ -201,7 +200,7 @@ void InMeetingBulletViewModel::UpdateBulletPanel(bool fold_changed, int origin) 
              << is_show_chat_ << ", is_immersive_->" << is_immersive_ << ", screen_share->" << screen_share;
   SetPropValue(kPropShowOrHideBulletMsg, std::move(panel));
   Variant unfolded(is_show_bullet_);
-  CallOk(kPanelStateModel, 0, &unfolded, nullptr);
+  InvokeHostModel(kPanelStateModel, 0, &unfolded, nullptr);
   SetPropValue(kPropViewEnabled, talvex::ChatUtils::IsMeetingSupportIM(0));
 }
 
@@ -250,7 +249,7 @@ void InMeetingBulletViewModel::SetBulletEnabled(bool want) {
   if (is_show_bullet_ == want) return;
   is_show_bullet_ = want;
   Variant value(want);
-  CallOk(kBulletSettingsModel, 13, &value, nullptr);
+  InvokeHostModel(kBulletSettingsModel, 13, &value, nullptr);
 }
 
 void InMeetingBulletViewModel::EnterWaitingRoom() {
@@ -300,7 +299,7 @@ void InMeetingBulletViewModel::UpdateButtonAbilityState() {
   }
   Variant ask(base::variant::kVariantTypeMap);
   Variant abilities;
-  if (!CallOk(kHostMeetingModel, 54, &ask, &abilities)) {
+  if (!InvokeHostModel(kHostMeetingModel, 54, &ask, &abilities)) {
     TXLOG_ERROR << "get ability map call failed";
     return;
   }
@@ -319,7 +318,7 @@ void InMeetingBulletViewModel::UpdateButtonAbilityState() {
     tips = GetLocalizedString(kAbilityDefault);
     Variant index(ability.Get("tips_res_index"));
     Variant text;
-    if (CallOk(kTipResourceModel, 0, &index, &text) && text.IsString()) tips = text.AsStr();
+    if (InvokeHostModel(kTipResourceModel, 0, &index, &text) && text.IsString()) tips = text.AsStr();
   };
   apply("meeting_ability_chat", quick_reply_text_enabled_, is_show_chat_, quick_reply_text_tips_);
   apply("meeting_ability_emoji", quick_reply_emoji_enabled_, is_show_emoji_, quick_reply_emoji_tips_);
@@ -404,7 +403,7 @@ void InMeetingBulletViewModel::OnPrivateChatAuthorityChange() {
     forbid = true;
     desc = GetLocalizedString(kChatOff);
   } else {
-    forbid = Call(kHostMemberModel, kMemberMethodSelf).GetBoolean("is_forbid_chat");
+    forbid = AskHostModel(kHostMemberModel, kMemberMethodSelf).GetBoolean("is_forbid_chat");
     if (forbid) desc = GetLocalizedString(kForbidden);
   }
   info.Set("allow_chat_only_host", only_host);
@@ -444,7 +443,7 @@ void InMeetingBulletViewModel::HandleQuickReplyEmojiClick() {
     } else if (!settings::IsChatPermissionControlReplyEmojiEnable()) {
       text = GetLocalizedString(kEmojiOff);
     } else if (IsOnlyHostPolicy(policy)) {
-      const bool forbid = Call(kHostMemberModel, kMemberMethodSelf).GetBoolean("is_forbid_chat");
+      const bool forbid = AskHostModel(kHostMemberModel, kMemberMethodSelf).GetBoolean("is_forbid_chat");
       text = GetLocalizedString(forbid ? kForbidden : kEmojiHostOnly);
       if (!forbid) target = kInMeetingPage;
     } else {
@@ -460,12 +459,12 @@ void InMeetingBulletViewModel::HandleQuickReplyEmojiClick() {
 bool InMeetingBulletViewModel::CanSendEmoji() const {
   if (IsUnderChatControl()) return false;
   if (settings::IsChatPermissionControlReplyEmojiEnable()) {
-    const Variant answer = Call(kHostAuthorityModel, 9);
+    const Variant answer = AskHostModel(kHostAuthorityModel, 9);
     // The authority model answers with the local user's chat state.
     if (answer.IsBool()) return answer.AsBoolean();
     return answer.IsMap() && !answer.GetBoolean("disable_chat");
   }
-  if (webinar::SelfIsAttendee()) return Call(kBulletSettingsModel, 1).GetBoolean("allow_emoji", true);
+  if (webinar::SelfIsAttendee()) return AskHostModel(kBulletSettingsModel, 1).GetBoolean("allow_emoji", true);
   return true;
 }
 
@@ -477,12 +476,12 @@ void InMeetingBulletViewModel::HandleEnablePicInPic(Variant const* params) {
   Variant ask(base::variant::kVariantTypeMap);
   ask.Set("state", params->GetBoolean("switch_on") ? 0 : 1);
   ask.Set("from", 1);
-  CallOk(kPipModel, kPipMethodSetState, &ask, nullptr);
+  InvokeHostModel(kPipModel, kPipMethodSetState, &ask, nullptr);
   UpdatePicInPicUiData();
 }
 
 void InMeetingBulletViewModel::UpdatePicInPicUiData() {
-  const Variant state = Call(kPipModel, kPipMethodState);
+  const Variant state = AskHostModel(kPipModel, kPipMethodState);
   Variant ui(base::variant::kVariantTypeMap);
   ui.Set("tool_tips", "");
   ui.Set("enable", state.IsMap() && state.Has("state") && state.GetInt32("state") == 0);
@@ -607,7 +606,7 @@ void InMeetingBulletViewModel::ShowChatJoinTipMsg(Variant const* params) {
 }
 
 void InMeetingBulletViewModel::ReadSystemTipConfig() {
-  const Variant config = Call(kTipsDbModel, 3);
+  const Variant config = AskHostModel(kTipsDbModel, 3);
   if (!config.IsMap()) return;
   show_times_ = config.GetInteger("show_times", 0);
   show_times_in_meeting_ = config.GetInteger("show_times_in_meeting", 1);
@@ -654,7 +653,7 @@ void InMeetingBulletViewModel::SystemBulletMsg() {
     record.Set("meeting_id", talvex_common::utils::GetStrMeetingId());
     record.Set("role_type", webinar::SelfRoleType());
     record.Set("tips_type", kSystemTipsType);
-    CallOk(kTipsDbModel, 7, &record, nullptr);
+    InvokeHostModel(kTipsDbModel, 7, &record, nullptr);
   }
   ++shown_in_meeting_;
   for (char const* theme : {"theme1", "theme2", "theme3"}) {
@@ -692,7 +691,7 @@ void InMeetingBulletViewModel::OnEventReceiveBulletTip(Variant const* params) {
 }
 
 void InMeetingBulletViewModel::bulletSelfTip() {
-  const std::string nickname = Call(kHostMemberModel, kMemberMethodSelf).GetString("nickname");
+  const std::string nickname = AskHostModel(kHostMemberModel, kMemberMethodSelf).GetString("nickname");
   Variant tip(base::variant::kVariantTypeMap);
   tip.Set("nickname", MaskNickname(nickname));
   tip_list_.push_back(std::move(tip));

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/timer/tx_timer.h"
 #include "framework/viewmodel/view_model.h"
 
 // The floating chat's texts and the client's numbers it speaks in.
@@ -27,6 +28,9 @@ constexpr uint32_t kPipMethodState = 7;
 constexpr uint32_t kPipMethodTips = 8;
 constexpr uint32_t kPipMethodSetState = 12;
 constexpr int kTipsDbModel = 690;
+
+// Seconds on the host's wall clock, which follows the test clock.
+inline int64_t NowSeconds() { return talvex_common::utils::timer::WallClockMs() / 1000; }
 
 // The kinds of content the overlay shows.
 constexpr bool IsBulletChatType(int chat_type) {

@@ -57,7 +57,6 @@ constexpr char kChatSidebarApp[] = "extension:chat.sidebar_tab_in_meeting";
 constexpr char kNoticePage[] = "talvex://page/meeting_notice";
 constexpr char kChatPage[] = "talvex://page/inmeeting/chat";
 
-int64_t NowSeconds() { return talvex_common::utils::timer::WallClockMs() / 1000; }
 
 std::shared_ptr<framework::EventHandler> Handler(std::function<void(Variant const*)> fn) {
   return std::make_shared<framework::EventHandler>(std::move(fn));
@@ -66,17 +65,6 @@ std::shared_ptr<framework::EventHandler> Handler(std::function<void(Variant cons
 
 InMeetingBulletViewModel::InMeetingBulletViewModel() = default;
 InMeetingBulletViewModel::~InMeetingBulletViewModel() = default;
-
-Variant InMeetingBulletViewModel::Call(int model, uint32_t method, Variant const* params) const {
-  Variant result;
-  CallOk(model, method, params, &result);
-  return result;
-}
-
-bool InMeetingBulletViewModel::CallOk(int model, uint32_t method, Variant const* params, Variant* result) const {
-  auto host = framework::module::GetAppModuleModel(model);
-  return host && host->Invoke(method, params, result);
-}
 
 void InMeetingBulletViewModel::Subscribe() {
   const uint64_t self = framework::SubscriberId(this);
@@ -198,7 +186,7 @@ void InMeetingBulletViewModel::HandleAction(uint32_t action, Variant const* para
         return;
       }
       // The view hands over a map of its own for the answer.
-      CallOk(kPipModel, kPipMethodTips, nullptr, const_cast<Variant*>(params));
+      InvokeHostModel(kPipModel, kPipMethodTips, nullptr, const_cast<Variant*>(params));
       return;
     case kActionSetChatPanelState:
       if (!params || !params->IsInteger()) {
@@ -229,7 +217,7 @@ void InMeetingBulletViewModel::OnReceiveMessage(Variant const* params, bool&) {
     TXLOG_INFO << "view is not visible";
     return;
   }
-  const int display_state = Call(kHostMeetingModel, kMeetingMethodDisplayState).AsInt32();
+  const int display_state = AskHostModel(kHostMeetingModel, kMeetingMethodDisplayState).AsInt32();
   Variant const& list = params->Get("new_msg_list");
   if (!list.IsArray()) {
     TXLOG_ERROR << "new_msg_list is not an array";
@@ -259,13 +247,13 @@ void InMeetingBulletViewModel::UpdateWebinarRead() {
   if (!is_show_bullet_) {
     UpdateUnreadDot();
   } else {
-    CallOk(kHostChatMessageModel, kMethodMarkWebinarRead, nullptr, nullptr);
+    InvokeHostModel(kHostChatMessageModel, kMethodMarkWebinarRead, nullptr, nullptr);
   }
 }
 
 void InMeetingBulletViewModel::UpdateUnreadDot() {
   if (!webinar::IsMeetingWebinar()) return;
-  SetPropValue(kPropUnreadDot, Call(kHostChatMessageModel, kMethodWebinarUnread).AsUint32() != 0);
+  SetPropValue(kPropUnreadDot, AskHostModel(kHostChatMessageModel, kMethodWebinarUnread).AsUint32() != 0);
 }
 
 void InMeetingBulletViewModel::OnSendMessageResult(Variant const* params, bool&) {
@@ -418,13 +406,13 @@ void InMeetingBulletViewModel::HandleIsMsgShield(Variant const* list) {
   }
   Variant ask(base::variant::kVariantTypeMap);
   ask.Set("msg_list", *list);
-  const Variant shown = Call(kChatControlModel, kMethodShieldCheck, &ask);
+  const Variant shown = AskHostModel(kChatControlModel, kMethodShieldCheck, &ask);
   if (!bullet_msg_list_.empty()) {
     Variant queued(base::variant::kVariantTypeArray);
     for (auto const& record : bullet_msg_list_) queued.Add(record);
     Variant ask_queued(base::variant::kVariantTypeMap);
     ask_queued.Set("msg_list", std::move(queued));
-    Variant const answer = Call(kChatControlModel, kMethodShieldCheck, &ask_queued);
+    Variant const answer = AskHostModel(kChatControlModel, kMethodShieldCheck, &ask_queued);
     Variant const& shielded = answer.Get("shield_msg_list");
     if (shielded.IsArray() && !shielded.Empty()) {
       bullet_msg_list_.remove_if([&](Variant const& record) {
@@ -589,7 +577,7 @@ void InMeetingBulletViewModel::SendPrivateMessage(Variant const& user, std::stri
     return;
   }
   Variant conv_id;
-  const bool answered = CallOk(kHostPrivateChatModel, kMethodPrivateConvId, &user, &conv_id);
+  const bool answered = InvokeHostModel(kHostPrivateChatModel, kMethodPrivateConvId, &user, &conv_id);
   const int64_t instance = user.GetInteger("instance_id", 1);
   if (!answered || user.GetInteger("user_type", 1) != 1 || instance == 5 || instance == 8) {
     ShowToast(0, GetLocalizedString(kTextSendMemberCannotReceive), kToastMs);
@@ -628,7 +616,7 @@ void InMeetingBulletViewModel::SendPublicMessage(Variant const& user, std::strin
 
 bool InMeetingBulletViewModel::PostSend(uint32_t method, Variant const& params, std::string* msg_id) {
   Variant result;
-  const bool ok = CallOk(kHostChatMessageModel, method, &params, &result);
+  const bool ok = InvokeHostModel(kHostChatMessageModel, method, &params, &result);
   if (msg_id) *msg_id = result.IsString() ? result.AsStr() : std::string();
   if (!ok) TXLOG_ERROR << "send method " << method << " was not taken";
   return ok;

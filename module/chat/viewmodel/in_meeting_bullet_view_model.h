@@ -207,8 +207,6 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   bool IsUnderChatControl() const;
   std::string ChatControlText() const;
   bool OthersSilenced() const;
-  Variant Call(int model, uint32_t method, Variant const* params = nullptr) const;
-  bool CallOk(int model, uint32_t method, Variant const* params, Variant* result) const;
 
   // --- message flow ---
   std::list<Variant> bullet_msg_list_;

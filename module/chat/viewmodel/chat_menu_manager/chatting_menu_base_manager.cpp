@@ -7,6 +7,7 @@
 #include "base/log/log.h"
 #include "chat/model/chat_message.h"
 #include "chat/runtime/chat_ids.h"
+#include "chat/util/utils.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/meeting/meeting_context.h"
 #include "framework/meeting/member_utils.h"
@@ -58,12 +59,6 @@ std::string WebinarRole() {
 
 std::string MessageTypeOf(int chat_type) { return std::to_string(chat_type); }
 
-Variant Ask(int model, uint32_t method, Variant const* params) {
-  auto host = framework::module::GetAppModuleModel(model);
-  Variant result;
-  if (!host || !host->Invoke(method, params, &result)) return Variant();
-  return result;
-}
 }  // namespace
 
 ChattingMenuBaseManager::ChattingMenuBaseManager(std::weak_ptr<IChattingMenuManagerDelegate> delegate)
@@ -169,7 +164,7 @@ bool ChattingMenuBaseManager::IsIgnoreRecallInBreakoutRoom(Variant const& record
 
 bool ChattingMenuBaseManager::CheckIsInMeetingIMGroup(Variant const& record) const {
   const std::string message_group = record.Get("in_meeting_info").GetString("group_id");
-  const Variant answer = Ask(kHostChatMessageModel, kMethodImGroupId, nullptr);
+  const Variant answer = AskHostModel(kHostChatMessageModel, kMethodImGroupId, nullptr);
   const std::string meeting_group = answer.IsString() ? answer.AsStr() : std::string();
   if (message_group.empty()) {
     TXLOG_WARN << "message_group_id empty";
@@ -200,11 +195,11 @@ bool ChattingMenuBaseManager::IsUserHostOrCoHost(Variant const& sender, bool* fo
   const std::string unique_id = sender.GetString("unique_id");
   if (!unique_id.empty()) {
     ask.Set("unique_id", unique_id);
-    member = Ask(kHostMemberModel, kMethodByUniqueId, &ask);
+    member = AskHostModel(kHostMemberModel, kMethodByUniqueId, &ask);
   } else {
     ask.Set("app_uid", sender.GetString("app_uid"));
     ask.Set("app_id", sender.GetString("app_id"));
-    member = Ask(kHostMemberModel, kMethodByAppIds, &ask);
+    member = AskHostModel(kHostMemberModel, kMethodByAppIds, &ask);
   }
   if (found) *found = member.IsMap();
   // A member who can't be found counts as a host: nobody is kicked blind.
@@ -233,7 +228,7 @@ Variant ChattingMenuBaseManager::GetUserInfo(Variant const& sender) const {
     ask.Set("app_uid", sender.GetString("app_uid"));
     ask.Set("app_id", sender.GetString("app_id"));
   }
-  Variant member = Ask(kHostMemberModel, kMethodAnyMember, &ask);
+  Variant member = AskHostModel(kHostMemberModel, kMethodAnyMember, &ask);
   if (member.IsMap()) return member;
   if (kick_target_ && kick_target_->GetString("app_uid") == sender.GetString("app_uid") &&
       kick_target_->GetString("app_id") == sender.GetString("app_id")) {
@@ -248,7 +243,7 @@ bool ChattingMenuBaseManager::IsKickoutUserExist() const {
 }
 
 bool ChattingMenuBaseManager::IsChatKeyReady() const {
-  return Ask(kHostChatMessageModel, kMethodChatKeyReady, nullptr).AsBoolean();
+  return AskHostModel(kHostChatMessageModel, kMethodChatKeyReady, nullptr).AsBoolean();
 }
 
 // --- clicks -------------------------------------------------------------------------
@@ -285,7 +280,7 @@ void ChattingMenuBaseManager::HandleMenuItemClickForRecall(framework::UIViewMode
     TXLOG_ERROR << "[chat menu] manager, recall message param is error!";
   } else {
     Variant msg_id(current_message_.GetString(chat_key::kMsgId));
-    Ask(kHostChatMessageModel, kMethodRecall, &msg_id);
+    AskHostModel(kHostChatMessageModel, kMethodRecall, &msg_id);
     TXLOG_INFO << "[chat menu] manager, recall message. " << ", msgid=" << msg_id.AsStr();
     OnRecallMessageFinished();
   }
@@ -310,7 +305,7 @@ void ChattingMenuBaseManager::HandleMenuItemClickForDelete(framework::UIViewMode
         if (button != framework::kAlertButtonPositive || alive.expired() || delegate.expired()) return;
         TXLOG_INFO << "delete message. " << ", msgid=" << msg_id << ", chat_type = " << chat_type;
         Variant id(msg_id);
-        Ask(kHostChatMessageModel, kMethodDelete, &id);
+        AskHostModel(kHostChatMessageModel, kMethodDelete, &id);
         OnDeleteMessageFinished();
       })
       .Show();
@@ -387,7 +382,7 @@ void ChattingMenuBaseManager::HandleMenuItemClickForShield(framework::UIViewMode
         }
         const bool all = Checked(data, "checkbox_state", "check_state");
         params.Set("forbid", all);
-        Ask(kChatControlModel, kMethodBlock, &params);
+        AskHostModel(kChatControlModel, kMethodBlock, &params);
         analytics::LogEventWithProperty("meetingpage_im_rightmenu_blockmessage_doublecheck_null_click",
                                         "webinar_role", WebinarRole());
         if (all) {
@@ -430,7 +425,7 @@ void ChattingMenuBaseManager::KickoutToastShow(framework::UIViewModel* vm, Varia
         const bool checked = Checked(data, "checkbox_state", "check_state");
         TXLOG_INFO << "kickout " << user_id << ", allow_join=" << !checked;
         Variant params = Variant::Map{{"user_id", user_id}, {"allow_join", !checked}};
-        Ask(kHostMemberModel, kMethodKickOut, &params);
+        AskHostModel(kHostMemberModel, kMethodKickOut, &params);
         analytics::LogEvent("im_null_null_outsuccess_null_null_click");
       })
       .Show();

@@ -3,6 +3,7 @@
 #include "base/log/log.h"
 #include "chat/model/chat_message.h"
 #include "chat/runtime/chat_ids.h"
+#include "chat/util/utils.h"
 #include "chat/util/chat_strings.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/meeting/meeting_context.h"
@@ -24,12 +25,6 @@ constexpr int kStatusInWaitingRoom = 6;
 constexpr uint32_t kTextPrivateNotAllowed = framework::NameId("chat.menu.private_not_allowed");
 constexpr uint32_t kTextPrivateNotAllowedWaitingRoom = framework::NameId("chat.menu.private_not_allowed_waiting_room");
 
-Variant Ask(int model, uint32_t method, Variant const* params = nullptr) {
-  auto host = framework::module::GetAppModuleModel(model);
-  Variant result;
-  if (!host || !host->Invoke(method, params, &result)) return Variant();
-  return result;
-}
 
 bool SameIds(Variant const& a, Variant const& b) {
   return a.GetString("app_uid") == b.GetString("app_uid") && a.GetString("app_id") == b.GetString("app_id");
@@ -50,7 +45,7 @@ void ChattingMenuManagerForAvatar::AppendSubMenus(Variant const&, Variant& list)
 
 Variant ChattingMenuManagerForAvatar::FindInWaitingRoomList() const {
   Variant const& sender = current_message_.Get("msg_sender");
-  const Variant list = Ask(kHostMemberModel, kMemberMethodWaitingRoomMembers);
+  const Variant list = AskHostModel(kHostMemberModel, kMemberMethodWaitingRoomMembers);
   if (!list.IsArray()) return Variant();
   for (auto const& entry : list.AsArray()) {
     if (SameIds(entry, sender)) return entry;
@@ -72,7 +67,7 @@ bool ChattingMenuManagerForAvatar::IsUserForbidChat() const {
     TXLOG_INFO << "chat unable, forbid chat";
     return true;
   }
-  const bool forbid = Ask(kHostMemberModel, kMemberMethodSelf).GetBoolean("is_forbid_chat");
+  const bool forbid = AskHostModel(kHostMemberModel, kMemberMethodSelf).GetBoolean("is_forbid_chat");
   if (forbid) TXLOG_INFO << "user chat forbid";
   return forbid;
 }
@@ -192,7 +187,7 @@ void ChattingMenuManagerForAvatar::HandleMenuItemClickForPrivateChat(framework::
   } else {
     receiver = GetUserInfo(sender);
     // A member who waits in the waiting room is written to there.
-    const Variant waiting = Ask(kHostMemberModel, kMemberMethodWaitingRoomList);
+    const Variant waiting = AskHostModel(kHostMemberModel, kMemberMethodWaitingRoomList);
     if (waiting.IsArray()) {
       for (auto const& entry : waiting.AsArray()) {
         if (SameIds(entry, sender)) receiver.Set("status", kStatusInWaitingRoom);

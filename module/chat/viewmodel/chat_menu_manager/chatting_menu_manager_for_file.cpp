@@ -1,12 +1,9 @@
 #include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_file.h"
 
 #include <QClipboard>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include "base/analytics/analytics.h"
@@ -16,7 +13,6 @@
 #include "chat/runtime/chat_ids.h"
 #include "chat/util/utils.h"
 #include "framework/chat/chat_utils.h"
-#include "framework/module/app_module.h"
 #include "framework/viewmodel/ui_view_model.h"
 
 namespace chat {
@@ -116,10 +112,7 @@ void ChattingMenuManagerForFile::Report(char const* action) const {
 }
 
 void ChattingMenuManagerForFile::AskFileModel(uint32_t method, framework::UIViewModel* vm, uint32_t toast) {
-  auto files = framework::module::GetAppModuleModel(kHostChatFileModel);
-  if (!files) return;
-  Variant params = current_message_;
-  files->Invoke(method, &params, nullptr);
+  if (!InvokeHostModel(kHostChatFileModel, method, &current_message_, nullptr)) return;
   if (toast && vm) vm->ShowToast(0, CallGetLocalizedString(toast), 2000);
 }
 
@@ -171,24 +164,10 @@ bool ChattingMenuManagerForFile::HandleSubClassMenuItemClick(framework::UIViewMo
 }
 
 void ChattingMenuManagerForFile::SaveAs(framework::UIViewModel* vm) {
-  const QFileInfo source(QString::fromStdString(LocalFile()));
-  if (!source.exists()) return;
-  QString dir = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
-  if (dir.isEmpty()) dir = QDir::homePath();
-  QDir().mkpath(dir);
-  QString target = QDir(dir).filePath(source.fileName());
-  for (int n = 1; QFile::exists(target); ++n) {
-    target = QDir(dir).filePath(QString("%1 (%2)%3")
-                                    .arg(source.completeBaseName())
-                                    .arg(n)
-                                    .arg(source.suffix().isEmpty() ? QString() : "." + source.suffix()));
-  }
-  if (!QFile::copy(source.filePath(), target)) {
-    TXLOG_ERROR << "save file failed: " << target.toStdString();
-    return;
-  }
+  const std::string target = CopyToDownloads(LocalFile());
+  if (target.empty()) return;
   if (vm) vm->ShowToast(0, CallGetLocalizedString(kTextFileSaved), 2000);
-  CallNavigateToFilePath(target.toStdString());
+  CallNavigateToFilePath(target);
 }
 
 void ChattingMenuManagerForFile::CopyFile() {

@@ -1,19 +1,15 @@
 #include "chat/viewmodel/chat_menu_manager/chatting_menu_manager_for_image.h"
 
 #include <QClipboard>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
-#include <QStandardPaths>
 
 #include "base/analytics/analytics.h"
 #include "base/log/log.h"
 #include "base/util/file_util.h"
 #include "chat/model/chat_message.h"
 #include "chat/runtime/chat_ids.h"
-#include "framework/module/app_module.h"
+#include "chat/util/utils.h"
 #include "framework/viewmodel/ui_view_model.h"
 
 namespace chat {
@@ -50,10 +46,7 @@ std::string ChattingMenuManagerForImage::GetImageInfo() const {
 
 std::string ChattingMenuManagerForImage::Situation() const {
   if (menu_scene_ != kSceneMeeting) return "2";
-  auto meeting = framework::module::GetAppModuleModel(kHostMeetingModel);
-  Variant state;
-  const bool hidden = meeting && meeting->Invoke(kMeetingMethodDisplayState, nullptr, &state) && state.AsInt32() == 1;
-  return hidden ? "3" : "2";
+  return AskHostModel(kHostMeetingModel, kMeetingMethodDisplayState).AsInt32() == 1 ? "3" : "2";
 }
 
 bool ChattingMenuManagerForImage::HandleSubClassMenuItemClick(framework::UIViewModel* vm, int type) {
@@ -78,21 +71,10 @@ void ChattingMenuManagerForImage::SaveImage(framework::UIViewModel* vm) {
     return;
   }
   // Into the user's downloads, under a name of its own, then shown there.
-  const QFileInfo source(QString::fromStdString(path));
-  QString dir = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
-  if (dir.isEmpty()) dir = QDir::homePath();
-  QDir().mkpath(dir);
-  const QString suffix = source.suffix().isEmpty() ? "png" : source.suffix();
-  QString target = QDir(dir).filePath(source.completeBaseName() + "." + suffix);
-  for (int n = 1; QFile::exists(target); ++n) {
-    target = QDir(dir).filePath(QString("%1 (%2).%3").arg(source.completeBaseName()).arg(n).arg(suffix));
-  }
-  if (!QFile::copy(source.filePath(), target)) {
-    TXLOG_ERROR << "save image failed: " << target.toStdString();
-    return;
-  }
+  const std::string target = CopyToDownloads(path);
+  if (target.empty()) return;
   if (vm) vm->ShowToast(0, CallGetLocalizedString(kTextImageSaved), 2000);
-  CallNavigateToFilePath(target.toStdString());
+  CallNavigateToFilePath(target);
 }
 
 void ChattingMenuManagerForImage::CopyImage(framework::UIViewModel* vm) {

@@ -288,9 +288,7 @@ void InMeetingBulletQTView::OnNewBulletMsg(Variant const& record) {
       Variant shown;
       if (!item->GetMessage(&shown) || shown.GetString("msg_id") != id) continue;
       item->UpdateItem(record);
-      const int before = item->height();
       item->UpdateRecallMsg(record);
-      items_height_ += item->height() - before;
       item_heights_[item] = item->height();
       LayoutItems();
       break;
@@ -350,10 +348,7 @@ void InMeetingBulletQTView::OnItemClicked(BulletItemWidget* item) {
 
 // An item that faded out deleted itself: only its bookkeeping is left.
 void InMeetingBulletQTView::OnItemGone(BulletItemWidget* item) {
-  auto it = item_heights_.find(item);
-  if (it == item_heights_.end()) return;
-  items_height_ -= it->second;
-  item_heights_.erase(it);
+  if (item_heights_.erase(item) == 0) return;
   // The item is still being destroyed and its guards are not yet cleared:
   // the rest waits for the next turn, when it (and a frame that went with
   // it) reads as gone.
@@ -366,23 +361,14 @@ void InMeetingBulletQTView::OnItemGone(BulletItemWidget* item) {
                              visible_items_.end());
         if (!frame_) return;
         LayoutItems();
-        if (bullet_items_.empty()) {
-          chat_bar_->ResetEmptyTimer();
-          SetFrameWidth(
-              (is_emoji_panel_shown_ ? std::max(chat_bar_->width(), emoji_panel_->width()) : chat_bar_->width()) +
-              kLeftMargin);
-        }
+        if (bullet_items_.empty()) AfterLastItemGone();
       },
       Qt::QueuedConnection);
 }
 
 void InMeetingBulletQTView::RemoveBulletItem(BulletItemWidget* item) {
   if (!item) return;
-  auto it = item_heights_.find(item);
-  if (it != item_heights_.end()) {
-    items_height_ -= it->second;
-    item_heights_.erase(it);
-  }
+  item_heights_.erase(item);
   QObject::disconnect(item, &QObject::destroyed, this, nullptr);
   item->hide();
   item->deleteLater();
@@ -392,25 +378,31 @@ void InMeetingBulletQTView::RemoveBulletItem(BulletItemWidget* item) {
   const int target = std::min(Limit(), Needed());
   if (!ComputeMaxHeight()) item_area_->setFixedHeight(std::max(target, 0));
   LayoutItems();
-  if (bullet_items_.empty()) {
-    chat_bar_->ResetEmptyTimer();
-    SetFrameWidth((is_emoji_panel_shown_ ? std::max(chat_bar_->width(), emoji_panel_->width()) : chat_bar_->width()) +
-                  kLeftMargin);
-  }
+  if (bullet_items_.empty()) AfterLastItemGone();
   Relayout();
+}
+
+void InMeetingBulletQTView::AfterLastItemGone() {
+  chat_bar_->ResetEmptyTimer();
+  SetFrameWidth((is_emoji_panel_shown_ ? std::max(chat_bar_->width(), emoji_panel_->width()) : chat_bar_->width()) +
+                kLeftMargin);
+}
+
+int InMeetingBulletQTView::items_height() const {
+  int sum = 0;
+  for (auto const& [item, height] : item_heights_) sum += height;
+  return sum;
 }
 
 int InMeetingBulletQTView::Limit() const { return 232 - (chat_bar_ ? chat_bar_->height() : ChatItemBar::kHeight); }
 
 int InMeetingBulletQTView::Needed() const {
-  return items_height_ + (static_cast<int>(bullet_items_.size()) + 1) * kItemSpacing;
+  return items_height() + (static_cast<int>(bullet_items_.size()) + 1) * kItemSpacing;
 }
 
 void InMeetingBulletQTView::UpdateListHeight(BulletItemWidget* new_item) {
   SetFrameWidth(ContentWidth());
-  (void)new_item;  // its height is in items_height_ already
-  items_height_ = 0;
-  for (auto const& [item, height] : item_heights_) items_height_ += height;
+  (void)new_item;  // its height is in item_heights_ already
   int target = std::min(Limit(), Needed());
   if (is_screen_share_window_ && Needed() >= Limit()) target = Needed();
   DropOverflow();
@@ -434,11 +426,7 @@ void InMeetingBulletQTView::DropOverflow() {
       bullet_items_.erase(bullet_items_.begin());
       continue;
     }
-    auto it = item_heights_.find(oldest);
-    if (it != item_heights_.end()) {
-      items_height_ -= it->second;
-      item_heights_.erase(it);
-    }
+    item_heights_.erase(oldest);
     bullet_items_.erase(bullet_items_.begin());
     visible_items_.erase(std::remove(visible_items_.begin(), visible_items_.end(), oldest), visible_items_.end());
     if (window_layout_) window_layout_->removeWidget(oldest);

@@ -56,7 +56,8 @@ class InMeetingBulletQTView : public QObject, public AppQTView {
   QFWidget* item_area() const { return item_area_; }
   QFWidget* tip_line() const { return tip_line_; }
   QFWidget* container() const { return container_; }
-  int items_height() const { return items_height_; }
+  // The sum of the bullets' heights, as they were when each came.
+  int items_height() const;
   bool is_auto_disappear() const { return is_auto_disappear_; }
   bool is_show_panel() const { return is_show_panel_; }
   bool flashing() const;
@@ -84,6 +85,8 @@ class InMeetingBulletQTView : public QObject, public AppQTView {
   void OnItemClicked(BulletItemWidget* item);
   void OnItemGone(BulletItemWidget* item);
   void RemoveBulletItem(BulletItemWidget* item);
+  // The last bullet went: the bar may collapse, the frame narrows to it.
+  void AfterLastItemGone();
   void UpdateListHeight(BulletItemWidget* new_item);
   void DropOverflow();
   bool ComputeMaxHeight();
@@ -115,7 +118,6 @@ class InMeetingBulletQTView : public QObject, public AppQTView {
   bool is_screen_share_window_ = false;
   bool has_animatable_tip_ = false;
   bool is_auto_disappear_ = true;
-  int items_height_ = 0;
   int max_list_height_ = kMaxListHeight;
   bool is_emoji_panel_shown_ = false;
   bool is_waiting_room_ = false;
