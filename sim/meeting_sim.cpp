@@ -35,6 +35,7 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       faces_(std::make_shared<FaceModel>()),
       files_(std::make_shared<ChatFileModel>()),
       members_(std::make_shared<MemberModel>()),
+      member_provider_(std::make_shared<MemberProviderModel>(*members_)),
       list_records_(std::make_shared<ListRecordModel>(*messages_)),
       notifications_(std::make_shared<MessageNotificationModel>()),
       shield_(std::make_shared<ShieldModel>()),
@@ -71,6 +72,7 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(FaceModel::kId, faces_);
   application_->RegisterModel(ChatFileModel::kId, files_);
   application_->RegisterModel(MemberModel::kId, members_);
+  application_->RegisterModel(MemberProviderModel::kId, member_provider_);
   application_->RegisterModel(ListRecordModel::kId, list_records_);
   application_->RegisterModel(MessageNotificationModel::kId, notifications_);
   application_->RegisterModel(ShieldModel::kId, shield_);
@@ -114,6 +116,7 @@ SimModel& MeetingSimulator::model(int id) {
   if (id == PicInPicModel::kId) return *pic_in_pic_;
   if (id == RedPacketModel::kId) return *red_packets_;
   if (id == BannerModel::kId) return *banners_;
+  if (id == MemberProviderModel::kId) return *member_provider_;
   auto& slot = plain_models_[id];
   if (!slot) slot = std::make_shared<SimModel>(id);
   return *slot;

@@ -19,6 +19,7 @@
 #include "sim/models/overlay_models.h"
 #include "sim/models/private_chat_model.h"
 #include "sim/models/member_model.h"
+#include "sim/models/member_provider_model.h"
 #include "sim/models/sidebar_app_model.h"
 
 namespace sim {
@@ -61,6 +62,7 @@ class MeetingSimulator {
   FaceModel& faces() { return *faces_; }
   ChatFileModel& files() { return *files_; }
   MemberModel& members() { return *members_; }
+  MemberProviderModel& member_provider() { return *member_provider_; }
   ListRecordModel& list_records() { return *list_records_; }
   MessageNotificationModel& notifications() { return *notifications_; }
   ShieldModel& shield() { return *shield_; }
@@ -98,6 +100,7 @@ class MeetingSimulator {
   std::shared_ptr<FaceModel> faces_;
   std::shared_ptr<ChatFileModel> files_;
   std::shared_ptr<MemberModel> members_;
+  std::shared_ptr<MemberProviderModel> member_provider_;
   std::shared_ptr<ListRecordModel> list_records_;
   std::shared_ptr<MessageNotificationModel> notifications_;
   std::shared_ptr<ShieldModel> shield_;

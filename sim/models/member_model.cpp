@@ -1,6 +1,7 @@
 #include "sim/models/member_model.h"
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 #include "framework/meeting/meeting_context.h"
@@ -134,8 +135,25 @@ void MemberModel::RemoveMember(std::string const& user_id) {
 
 void MemberModel::SetInWaitingRoom(std::string const& user_id, bool waiting) {
   for (auto& member : members_) {
-    if (member.GetString("user_id") == user_id) member.Set("in_waiting_room", waiting);
+    if (member.GetString("user_id") != user_id || member.GetBoolean("in_waiting_room") == waiting) continue;
+    member.Set("in_waiting_room", waiting);
+    FireEvent(2, Ids(user_id));
   }
+}
+
+void MemberModel::AddMembers(std::vector<Variant> members) {
+  std::set<std::string> known;
+  for (auto const& member : members_) known.insert(member.GetString("user_id"));
+  Variant ids(base::variant::kVariantTypeArray);
+  for (auto& member : members) {
+    const std::string id = member.GetString("user_id");
+    if (barred(id) || !known.insert(id).second) continue;
+    if (!member.Get("user_type").IsInteger()) member.Set("user_type", 1);
+    if (!member.Get("instance_id").IsInteger()) member.Set("instance_id", 1);
+    members_.push_back(std::move(member));
+    ids.Add(id);
+  }
+  if (!ids.Empty()) FireEvent(45, ids);
 }
 
 Variant MemberModel::WaitingRoomList() const {
@@ -168,6 +186,7 @@ Variant MemberModel::Lookup(Variant const* params, bool by_unique_id, bool by_ap
                                  member.GetString("app_uid") == params->GetString("app_uid") &&
                                  member.GetString("app_id") == params->GetString("app_id");
     if (!match) continue;
+    if (!attendees_listed_ && member.GetString("role") == "attendee") return Variant();
     Variant found = member;
     const std::string role = member.GetString("role");
     found.Set("host", role == "host");

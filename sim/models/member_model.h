@@ -37,6 +37,9 @@ class MemberModel : public SimModel {
   MemberModel();
   // Adds or replaces a member by `user_id`.
   void AddMember(Variant member);
+  // Many new members at once (a large meeting's roster): one event 45 for
+  // all; members already here are left as they are.
+  void AddMembers(std::vector<Variant> members);
   void RemoveMember(std::string const& user_id);
   void SetInWaitingRoom(std::string const& user_id, bool waiting);
   // The host muted the local user in chat.
@@ -45,12 +48,16 @@ class MemberModel : public SimModel {
   Variant Lookup(Variant const* params, bool by_unique_id, bool by_app_ids) const;
   std::vector<Variant> const& members() const { return members_; }
   bool barred(std::string const& user_id) const;
+  // Off: like a client in a large webinar, the lookups by ids (84, 82, 47)
+  // don't know attendees; they are found through the member provider.
+  void set_attendees_listed(bool listed) { attendees_listed_ = listed; }
 
  private:
   Variant WaitingRoomList() const;
   Variant WaitingRoomOwnList() const;
   std::vector<Variant> members_;
   bool self_forbid_chat_ = false;
+  bool attendees_listed_ = true;
   std::vector<std::string> barred_;
 };
 

@@ -122,6 +122,8 @@ TEST(ChatInputWidgetTest, BlanksAloneLeaveTheSendButtonGreyAndTabMovesOn) {
   EXPECT_FALSE(input->is_empty());
 
   QTest::keyClick(edit, Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), input->receiver_button()) << "on to the receiver line";
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
   EXPECT_EQ(QApplication::focusWidget(), after);
   EXPECT_EQ(edit->toPlainText(), "  \tx") << "Tab inserts nothing";
   edit->setFocus();

@@ -184,6 +184,35 @@ TEST_F(MenuTest, BlockingAndRemovingAskFirstAndHonourTheirCheckBoxes) {
   EXPECT_FALSE(meeting_.shield().shielded("u4"));
 }
 
+// In a large webinar the client's member list doesn't know attendees: one is
+// found by name among the attendees, and only with the sender's own ids.
+TEST_F(MenuTest, AWebinarAttendeeIsFoundByNameForRemoval) {
+  BeHost();
+  meeting_.context().is_webinar = true;
+  meeting_.members().set_attendees_listed(false);
+  meeting_.member_provider().set_latency_ms(0);
+  Variant attendee = Variant::Map{{"user_id", "a-7"}, {"app_uid", "a-7"}, {"app_id", "1400"}, {"nickname", "a-7"},
+                                  {"role", "attendee"}};
+  Variant namesake = attendee;
+  namesake.Set("user_id", "a-8");
+  namesake.Set("app_uid", "a-8");
+  meeting_.members().AddMembers({namesake, attendee});
+  const std::string msg = Post("a-7");
+  EXPECT_EQ(Menu(msg), (Types{kCopy, kDelete, kBlock})) << "not found yet: no kick";
+  Click(kKick);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return ui_->LastOpenAlert() != nullptr; }));
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive, Variant::Map{{"check_state", false}});
+  bool a7_left = true;
+  bool a8_stays = false;
+  for (auto const& m : meeting_.members().members()) {
+    if (m.GetString("user_id") == "a-7") a7_left = false;
+    if (m.GetString("user_id") == "a-8") a8_stays = true;
+  }
+  EXPECT_TRUE(a7_left);
+  EXPECT_TRUE(a8_stays) << "the namesake with other ids stays";
+  EXPECT_FALSE(meeting_.members().barred("a-7")) << "allowed back";
+}
+
 // An avatar's menu: a private chat as the meeting's rules allow, and
 // removing the sender for a host.
 TEST_F(MenuTest, AnAvatarOffersAPrivateChatAsThePolicyAllows) {

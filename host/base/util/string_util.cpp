@@ -1,5 +1,6 @@
 #include "base/util/string_util.h"
 
+#include <QCollator>
 #include <QString>
 #include <QTextBoundaryFinder>
 
@@ -8,10 +9,25 @@
 namespace util {
 namespace stringhelp {
 
-int CompareLocalizedString(std::string const& a, std::string const& b) {
-  return QString::localeAwareCompare(QString::fromUtf8(a.data(), static_cast<int>(a.size())),
-                                     QString::fromUtf8(b.data(), static_cast<int>(b.size())));
+namespace {
+// One collator of the system's locale for both the comparison and the keys,
+// so that the two always agree.
+QCollator& Collator() {
+  static thread_local QCollator collator{QLocale::system()};
+  return collator;
 }
+QString FromUtf8(std::string const& text) { return QString::fromUtf8(text.data(), static_cast<int>(text.size())); }
+}  // namespace
+
+int CompareLocalizedString(std::string const& a, std::string const& b) {
+  return Collator().compare(FromUtf8(a), FromUtf8(b));
+}
+
+// The collator's own sort keys are not used: in the C locale they don't
+// compare equal texts as equal on every Qt 5 build.
+LocalizedSortKey::LocalizedSortKey(std::string const& text) : text_(FromUtf8(text)) {}
+
+int LocalizedSortKey::Compare(LocalizedSortKey const& other) const { return Collator().compare(text_, other.text_); }
 
 bool Equals(std::string const& a, std::string const& b, bool ignore_case) {
   if (!ignore_case) return a == b;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <cstddef>
 #include <string>
 
@@ -8,6 +9,17 @@ namespace stringhelp {
 
 // Locale-aware ordering: <0, 0, >0.
 int CompareLocalizedString(std::string const& a, std::string const& b);
+// A text made ready for ordering once: comparing two keys orders them as
+// CompareLocalizedString would, without decoding the UTF-8 again on every
+// comparison. For sorting many names.
+class LocalizedSortKey {
+ public:
+  explicit LocalizedSortKey(std::string const& text);
+  int Compare(LocalizedSortKey const& other) const;
+
+ private:
+  QString text_;
+};
 bool Equals(std::string const& a, std::string const& b, bool ignore_case = false);
 bool StartsWith(std::string const& text, std::string const& prefix, bool ignore_case = false);
 std::wstring StringToWString(std::string const& utf8);

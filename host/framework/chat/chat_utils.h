@@ -105,6 +105,13 @@ class ChatUtils {
   static bool IsSelfHost();
   static bool IsSelfCoHost();
   static bool IsWaitingRoom();
+  // What the analytics of a private chat report about its two ends: the
+  // sender's condition ("1" host, "2" co-host, "3" panelist, "4" attendee,
+  // "5" in the waiting room, "0" a member) and the receiver's (the same
+  // numbers for one member, read from its `role`; "6" everyone, "7" all in the
+  // waiting room, "8" the panelists, "9" panelists and attendees).
+  static void GetChatCondition(Variant const& receiver, std::string& sender_condition,
+                               std::string& receive_condition);
 
   // --- the floating chat (chat_message_tools.cpp) ---------------------------
   // The layout a bullet of this content kind starts from: the kind itself,

@@ -119,4 +119,43 @@ bool ChatUtils::IsSelfHost() { return MeetingContext::Current().self_role == Mee
 bool ChatUtils::IsSelfCoHost() { return MeetingContext::Current().self_role == MeetingContext::kRoleCoHost; }
 bool ChatUtils::IsWaitingRoom() { return MeetingContext::Current().in_waiting_room; }
 
+namespace {
+std::string RoleCondition(std::string const& role) {
+  if (role == "host") return "1";
+  if (role == "cohost") return "2";
+  if (role == "panelist") return "3";
+  if (role == "attendee") return "4";
+  return "0";
+}
+}  // namespace
+
+void ChatUtils::GetChatCondition(Variant const& receiver, std::string& sender_condition,
+                                 std::string& receive_condition) {
+  auto const& self = MeetingContext::Current();
+  static const char* const kSelfRoles[] = {"0", "1", "2", "3", "4"};
+  const int role = static_cast<int>(self.self_role);
+  sender_condition = self.in_waiting_room ? "5" : (role >= 0 && role <= 4 ? kSelfRoles[role] : "0");
+  switch (talvex_common::utils::privatechatrecord::GetChatReceiverType(receiver)) {
+    case 2:
+      receive_condition = "6";
+      break;
+    case 3:
+      receive_condition = "7";
+      break;
+    case 4:
+      receive_condition = "8";
+      break;
+    case 5:
+      receive_condition = "9";
+      break;
+    case 6:
+    case 7:
+      receive_condition = "5";
+      break;
+    default:
+      receive_condition = RoleCondition(receiver.GetString("role"));
+      break;
+  }
+}
+
 }  // namespace talvex

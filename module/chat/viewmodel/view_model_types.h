@@ -22,6 +22,7 @@ enum ChatViewModelType : int {
   kViewModelPanelHistoryList = 1020,
   kViewModelRecordPanelHistoryList = 1021,
   kViewModelPanelInput = 1022,
+  kViewModelPrivateChatMembers = 1023,
   kViewModelQuickOperation = 1030,
 };
 

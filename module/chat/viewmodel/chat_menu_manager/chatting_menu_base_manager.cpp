@@ -10,6 +10,7 @@
 #include "chat/util/utils.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/meeting/meeting_context.h"
+#include "framework/meeting/member_provider.h"
 #include "framework/meeting/member_utils.h"
 #include "framework/module/app_module.h"
 #include "framework/resource/resource.h"
@@ -20,6 +21,7 @@ namespace chat {
 namespace {
 namespace analytics = talvex_common::utils::analytics;
 namespace webinar = talvex_common::utils::webinar;
+namespace memberprovider = talvex_common::utils::memberprovider;
 
 constexpr uint32_t kMethodChatKeyReady = 18;  // 524
 constexpr uint32_t kMethodRecall = 65;        // 524
@@ -75,7 +77,12 @@ ChattingMenuBaseManager::ChattingMenuBaseManager(std::weak_ptr<IChattingMenuMana
   for (auto const& [type, name] : kTitles) type_title_map[ToInt(type)] = framework::NameId(name);
 }
 
-ChattingMenuBaseManager::~ChattingMenuBaseManager() = default;
+ChattingMenuBaseManager::~ChattingMenuBaseManager() {
+  if (!subscribed_search_) return;
+  if (auto provider = framework::module::GetAppModuleModel(memberprovider::kModelId)) {
+    provider->Unsubscribe(memberprovider::kEventAllSearchUserList, framework::SubscriberId(this));
+  }
+}
 
 bool ChattingMenuBaseManager::SetCurrentMessage(std::string const& msg_id) {
   auto record = talvex::ChatUtils::GetMsgInfoPtrById(msg_id);
@@ -395,15 +402,82 @@ void ChattingMenuBaseManager::HandleMenuItemClickForShield(framework::UIViewMode
 }
 
 void ChattingMenuBaseManager::HandleMenuItemClickForKickOut(framework::UIViewModel* vm) {
-  Variant member = GetUserInfo(current_message_.Get("msg_sender"));
+  Variant const& sender = current_message_.Get("msg_sender");
+  if (webinar::IsMeetingWebinar()) {
+    Variant member = AskHostModel(kHostMemberModel, kMethodAnyMember, &sender);
+    if (!member.IsMap()) {
+      if (vm) pending_kick_ = vm->shared_from_this();
+      pending_kick_sender_ = sender;
+      GetAudienceByNickNameInWebinar(Variant::Map{{"origin_message", sender}});
+      return;
+    }
+    KickoutToastShow(vm, member);
+    return;
+  }
+  Variant member = GetUserInfo(sender);
   if (!member.IsMap()) {
-    // A webinar's attendee is looked up by nickname among the attendees;
-    // until that search exists, an attendee the member model doesn't know
-    // can't be removed from here.
-    TXLOG_WARN << "no origin message";
+    TXLOG_WARN << "[chat menu] kick out: the member is gone";
     return;
   }
   KickoutToastShow(vm, member);
+}
+
+void ChattingMenuBaseManager::GetAudienceByNickNameInWebinar(Variant const& params) {
+  Variant const& origin = params.Get("origin_message");
+  if (!origin.IsMap()) {
+    TXLOG_WARN << "no origin message";
+    return;
+  }
+  const std::string nickname = origin.GetString("nickname");
+  if (nickname.empty()) {
+    TXLOG_WARN << "no nick name";
+    return;
+  }
+  auto provider = framework::module::GetAppModuleModel(memberprovider::kModelId);
+  if (!provider) {
+    TXLOG_WARN << "[chat menu] no member provider for the attendee search";
+    return;
+  }
+  if (!subscribed_search_) {
+    subscribed_search_ = true;
+    provider->Subscribe(memberprovider::kEventAllSearchUserList, framework::SubscriberId(this),
+                        std::make_shared<framework::EventHandler>(
+                            [this](Variant const* reply) { OnEventUpdateAllSearchUserList(reply); }));
+  }
+  Variant ask = Variant::Map{{"provider_id", memberprovider::kAttendeeMembersForImProvider}, {"search_str", nickname}};
+  provider->Invoke(memberprovider::kMethodSearchAll, &ask, nullptr);
+}
+
+void ChattingMenuBaseManager::OnEventUpdateAllSearchUserList(Variant const* params) {
+  if (!params) {
+    TXLOG_WARN << "params is null";
+    return;
+  }
+  if (!params->IsArray()) {
+    TXLOG_WARN << "params is not array";
+    return;
+  }
+  Variant const& sender = pending_kick_sender_;
+  for (auto const& section : params->AsArray()) {
+    for (auto const& user : section.Get("user_list").AsArray()) {
+      // The same name is not enough: the ids must be the sender's too.
+      if (!user.IsMap() || user.GetString("nickname") != sender.GetString("nickname") ||
+          user.GetString("app_uid") != sender.GetString("app_uid") ||
+          user.GetString("app_id") != sender.GetString("app_id")) {
+        continue;
+      }
+      kick_target_ = user;
+      break;
+    }
+  }
+  auto vm = std::dynamic_pointer_cast<framework::UIViewModel>(pending_kick_.lock());
+  pending_kick_.reset();
+  if (!vm) return;
+  if (!kick_target_ || kick_target_->GetString("app_uid") != sender.GetString("app_uid")) {
+    TXLOG_WARN << "[chat menu] kick out: no attendee " << sender.GetString("nickname") << " found";
+    return;
+  }
+  KickoutToastShow(vm.get(), *kick_target_);
 }
 
 void ChattingMenuBaseManager::KickoutToastShow(framework::UIViewModel* vm, Variant const& member) {

@@ -85,6 +85,11 @@ class ChattingMenuBaseManager {
   void HandleMenuItemClickForShield(framework::UIViewModel* vm);
   void HandleMenuItemClickForKickOut(framework::UIViewModel* vm);
   void KickoutToastShow(framework::UIViewModel* vm, Variant const& member);
+  // A webinar's attendee is found by nickname among the attendees (the
+  // member provider's search of all); the answer comes as an event, and the
+  // kick's alert follows it.
+  void GetAudienceByNickNameInWebinar(Variant const& params);
+  void OnEventUpdateAllSearchUserList(Variant const* params);
   // The sender as the chat control model names a blocked member.
   Variant GetSenderInfo() const;
 
@@ -98,6 +103,10 @@ class ChattingMenuBaseManager {
   std::weak_ptr<IChattingMenuManagerDelegate> delegate_;
   Variant current_message_;
   std::optional<Variant> kick_target_;
+  // The view model whose kick waits for the attendee search.
+  std::weak_ptr<framework::ViewModel> pending_kick_;
+  Variant pending_kick_sender_;
+  bool subscribed_search_ = false;
   Variant menu_items_{base::variant::kVariantTypeArray};
   int menu_scene_ = kSceneMeeting;
   int chat_type_ = 0;

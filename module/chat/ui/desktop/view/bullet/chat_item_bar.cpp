@@ -6,8 +6,11 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QStyle>
 
 #include "base/log/log.h"
+#include "framework/resource/resource.h"
+#include "framework/viewmodel/view_model.h"
 #include "uikit/tx_qt_ui_util.h"
 #include "uikit/widget/qf_image_push_button.h"
 
@@ -63,6 +66,21 @@ void ChatItemBar::InitUi() {
   });
   inner->addWidget(emoji_btn_);
   inner->addWidget(Separator(this));
+
+  // Who a reply goes to; a click opens the member list.
+  receiver_btn_ = new QPushButton(this);
+  receiver_btn_->setObjectName("receiver_btn");
+  receiver_btn_->setFixedSize(kReceiverWidth, 20);
+  receiver_btn_->setFlat(true);
+  receiver_btn_->setCursor(Qt::PointingHandCursor);
+  receiver_btn_->setStyleSheet(
+      "QPushButton{border: none; color: rgba(255,255,255,0.85); font-size: 12px; background: transparent;"
+      " text-align: left;} QPushButton[private=\"true\"]{color: #FF8A80;}");
+  connect(receiver_btn_, &QPushButton::clicked, this, [this] {
+    if (on_receiver_click) on_receiver_click();
+  });
+  inner->addWidget(receiver_btn_);
+  SetReceiver(QString(), false);
 
   chat_edit_ = new QLineEdit(this);
   chat_edit_->setObjectName("chat_edit");
@@ -143,6 +161,7 @@ void ChatItemBar::ExpandChatBar(bool expand) {
   }
   is_expand_ = expand;
   chat_edit_->setVisible(expand);
+  receiver_btn_->setVisible(expand);
   edit_separator_->setVisible(expand);
   if (expand) {
     qApp->installEventFilter(this);
@@ -183,7 +202,19 @@ void ChatItemBar::RefreshWidth() {
 
 int ChatItemBar::expanded_width() const {
   if (is_expand_) return width();
-  return width() + kEditWidth + 4 + 1 + 4;
+  return width() + kReceiverWidth + 4 + kEditWidth + 4 + 1 + 4;
+}
+
+void ChatItemBar::SetReceiver(QString const& name, bool is_private) {
+  const QString to = QString::fromStdString(
+      talvex_common::utils::GetLocalizedString(framework::NameId("chat.receiver.to")));
+  const QString full = to + " " + (name.isEmpty() ? QStringLiteral("…") : name) + QString::fromUtf8(" \u25BE");
+  receiver_btn_->setText(receiver_btn_->fontMetrics().elidedText(full, Qt::ElideMiddle, kReceiverWidth - 4));
+  receiver_btn_->setToolTip(full);
+  receiver_btn_->setAccessibleName(full);
+  receiver_btn_->setProperty("private", is_private);
+  receiver_btn_->style()->unpolish(receiver_btn_);
+  receiver_btn_->style()->polish(receiver_btn_);
 }
 
 void ChatItemBar::ResetEmptyTimer() {

@@ -22,6 +22,7 @@ class ChatItemBar : public QFWidget {
  public:
   static constexpr int kHeight = 30;
   static constexpr int kEditWidth = 180;
+  static constexpr int kReceiverWidth = 96;
   static constexpr int kEmptyCollapseMs = 1000;
 
   explicit ChatItemBar(QWidget* parent = nullptr);
@@ -51,6 +52,9 @@ class ChatItemBar : public QFWidget {
   QLineEdit* edit() const { return chat_edit_; }
   QFImagePushButton* emoji_button() const { return emoji_btn_; }
   QFImagePushButton* pic_in_pic_button() const { return pic_in_pic_btn_; }
+  QPushButton* receiver_button() const { return receiver_btn_; }
+  // The receiver of a reply, shown while the bar is expanded.
+  void SetReceiver(QString const& name, bool is_private);
   QPushButton* expand_button() const { return expand_btn_; }
 
   std::function<void(QString const&)> on_send;
@@ -58,6 +62,7 @@ class ChatItemBar : public QFWidget {
   std::function<void()> on_toggle_fold;
   std::function<void()> on_text_click;
   std::function<void()> on_emoji_click;
+  std::function<void()> on_receiver_click;
   std::function<void(bool)> on_pic_in_pic;
 
  protected:
@@ -75,6 +80,7 @@ class ChatItemBar : public QFWidget {
   QWidget* pic_in_pic_separator_ = nullptr;
   QFImagePushButton* emoji_btn_ = nullptr;
   QLineEdit* chat_edit_ = nullptr;
+  QPushButton* receiver_btn_ = nullptr;
   QWidget* edit_separator_ = nullptr;
   QPushButton* expand_btn_ = nullptr;
   bool is_expand_ = false;

@@ -1,5 +1,9 @@
 #include "chat/ui/desktop/view/bullet/in_meeting_bullet_qt_view.h"
 
+#include "chat/ui/desktop/view/private_chat/chat_member_select_view.h"
+#include "chat/viewmodel/chat_receiver_view_model.h"
+#include "chat/viewmodel/private_chat_members_view_model.h"
+
 #include <QApplication>
 #include <QGuiApplication>
 #include <QLineEdit>
@@ -44,7 +48,22 @@ void Transparent(QWidget* widget) {
 
 InMeetingBulletQTView::InMeetingBulletQTView() = default;
 
-InMeetingBulletQTView::~InMeetingBulletQTView() { qApp->removeEventFilter(this); }
+InMeetingBulletQTView::~InMeetingBulletQTView() {
+  qApp->removeEventFilter(this);
+  if (receiver_model_) receiver_model_->DidDetached();
+  if (member_select_) member_select_->close();
+}
+
+void InMeetingBulletQTView::ShowMemberSelect() {
+  if (!chat_bar_) return;
+  if (member_select_ && member_select_->isVisible()) {
+    member_select_->close();
+    return;
+  }
+  // From the floating chat: the list keeps immersive mode away while open.
+  member_select_ = new QtView::ChatMemberSelectView(chat::PrivateChatMembersViewModel::kSourceBullet, chat_bar_);
+  member_select_->PopupAbove(chat_bar_->receiver_button()->mapToGlobal(QPoint(0, -4)));
+}
 
 std::vector<BulletItemWidget*> InMeetingBulletQTView::items() const {
   std::vector<BulletItemWidget*> out;
@@ -114,6 +133,17 @@ QWidget* InMeetingBulletQTView::BuildFrame(QWidget* parent, Variant* params) {
     Relayout();
   };
   chat_bar_->on_emoji_click = [this] { Dispatch(VM::kActionQuickReplyEmojiClick); };
+  chat_bar_->on_receiver_click = [this] { ShowMemberSelect(); };
+  receiver_model_ = std::make_shared<chat::ChatReceiverViewModel>();
+  receiver_model_->BindProp(chat::ChatReceiverViewModel::kPropReceiver, [bar = QPointer<ChatItemBar>(chat_bar_)](
+                                                                             Variant const* receiver, Variant const*) {
+    if (bar && receiver && receiver->IsMap()) {
+      bar->SetReceiver(QString::fromStdString(receiver->GetString("receiver_name")),
+                       receiver->GetBoolean("is_private"));
+    }
+  });
+  receiver_model_->DidCreated(nullptr);
+  receiver_model_->DidAttached(nullptr);
   chat_bar_->on_pic_in_pic = [this](bool on) { Dispatch(VM::kActionEnablePicInPic, Variant::Map{{"switch_on", on}}); };
 
   unfold_btn_ = new QFImagePushButton(frame_);

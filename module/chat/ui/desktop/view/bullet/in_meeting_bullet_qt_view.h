@@ -9,6 +9,7 @@
 
 #include "base/variant/variant.h"
 #include "framework/view/app_view.h"
+#include "chat/ui/desktop/view/private_chat/chat_member_select_view.h"
 
 class BulletItemWidget;
 class ChatItemBar;
@@ -22,6 +23,7 @@ class QVBoxLayout;
 
 namespace chat {
 class ChatEmojiPanelViewModel;
+class ChatReceiverViewModel;
 }
 
 namespace QtView {
@@ -67,6 +69,9 @@ class InMeetingBulletQTView : public QObject, public AppQTView {
   // Places the overlay over the meeting window: 5 px in from its left edge,
   // 80 px above its bottom.
   void ResetPosition();
+  // Opens the member list over the bar's receiver (or closes it when open).
+  void ShowMemberSelect();
+  ChatMemberSelectView* member_select() const { return member_select_.data(); }
 
  protected:
   QWidget* BuildFrame(QWidget* parent, Variant* params) override;
@@ -137,6 +142,8 @@ class InMeetingBulletQTView : public QObject, public AppQTView {
   EmojiPanelWidget* emoji_panel_ = nullptr;
   QParallelAnimationGroup* flash_ = nullptr;
   std::shared_ptr<chat::ChatEmojiPanelViewModel> emoji_model_;
+  std::shared_ptr<chat::ChatReceiverViewModel> receiver_model_;
+  QPointer<QtView::ChatMemberSelectView> member_select_;
   std::vector<QPointer<BulletItemWidget>> bullet_items_;
   std::deque<QPointer<BulletItemWidget>> visible_items_;
   // The height each item took when it came, for the bookkeeping of an item

@@ -7,6 +7,7 @@
 #include <QTextCursor>
 #include <QTimer>
 #include <QUrl>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <algorithm>
 #include <atomic>
@@ -15,6 +16,8 @@
 
 #include "base/log/log.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "chat/ui/desktop/view/private_chat/chat_member_select_view.h"
+#include "chat/viewmodel/chat_receiver_view_model.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/stateful_view_model.h"
 #include "uikit/richedit/rich_edit.h"
@@ -115,7 +118,10 @@ QStringList Pieces(QString const& text, int length) {
 ChatInputView::ChatInputView() : cache_msg_items_(base::variant::kVariantTypeArray) {}
 
 // A drain still running finds the view gone at its next tick and stops there.
-ChatInputView::~ChatInputView() = default;
+ChatInputView::~ChatInputView() {
+  if (receiver_model_) receiver_model_->DidDetached();
+  if (member_select_) member_select_->close();
+}
 
 QWidget* ChatInputView::BuildFrame(QWidget* parent, Variant*) {
   auto* widget = new ChatInputWidget(parent);
@@ -146,7 +152,35 @@ QWidget* ChatInputView::BuildFrame(QWidget* parent, Variant*) {
   QObject::connect(widget, &ChatInputWidget::InputHeightChanged, widget, [this, alive](int height) {
     if (alive()) Dispatch(kActionSetInputHeight, Variant(static_cast<double>(height)));
   });
+  QObject::connect(widget, &ChatInputWidget::ReceiverClicked, widget, [this, alive] {
+    if (alive()) ShowMemberSelect();
+  });
+  BindReceiver();
   return widget;
+}
+
+void ChatInputView::BindReceiver() {
+  // The receiver line follows the chosen receiver and the permissions.
+  receiver_model_ = std::make_shared<chat::ChatReceiverViewModel>();
+  QPointer<ChatInputWidget> widget = widget_;
+  receiver_model_->BindProp(chat::ChatReceiverViewModel::kPropReceiver, [widget](Variant const* receiver, Variant const*) {
+    if (!widget || !receiver || !receiver->IsMap()) return;
+    widget->SetReceiver(QString::fromStdString(receiver->GetString("receiver_name")),
+                        receiver->GetBoolean("is_private"));
+  });
+  receiver_model_->DidCreated(nullptr);
+  receiver_model_->DidAttached(nullptr);
+}
+
+void ChatInputView::ShowMemberSelect() {
+  if (!widget_) return;
+  if (member_select_ && member_select_->isVisible()) {
+    member_select_->close();
+    return;
+  }
+  member_select_ = new ChatMemberSelectView(1, widget_);
+  QPushButton* anchor = widget_->receiver_button();
+  member_select_->PopupAbove(anchor->mapToGlobal(QPoint(0, 0)));
 }
 
 void ChatInputView::OnViewModelBoundEx(framework::StatefulViewModel* view_model) {

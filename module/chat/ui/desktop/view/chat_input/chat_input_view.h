@@ -9,10 +9,15 @@
 
 #include "base/variant/variant.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "chat/ui/desktop/view/private_chat/chat_member_select_view.h"
 #include "chat/viewmodel/chat_input_ids.h"
 #include "framework/view/app_view.h"
 #include "framework/viewmodel/view_model.h"
 #include "uikit/richedit/html_parser.h"
+
+namespace chat {
+class ChatReceiverViewModel;
+}
 
 class QMimeData;
 class QTextCursor;
@@ -50,6 +55,10 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
   ~ChatInputView() override;
 
   ChatInputWidget* widget() const { return widget_.data(); }
+  // The member list, open from the receiver line; null when closed.
+  ChatMemberSelectView* member_select() const { return member_select_.data(); }
+  // Opens the member list over the receiver line (or closes it when open).
+  void ShowMemberSelect();
 
   // The clipboard or a drop: local files first, then HTML, then text, then
   // raw image data. `handled` is false when none of them was there.
@@ -78,6 +87,7 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
 
  protected:
   QWidget* BuildFrame(QWidget* parent, Variant* params) override;
+  void BindReceiver();
   void OnViewModelBoundEx(framework::StatefulViewModel* view_model) override;
   void OnDispose() override;
 
@@ -102,6 +112,8 @@ class ChatInputView : public AppQTView, public CParserOut, public chat::ChatInpu
   void ScheduleWalk();
 
   QPointer<ChatInputWidget> widget_;
+  QPointer<ChatMemberSelectView> member_select_;
+  std::shared_ptr<chat::ChatReceiverViewModel> receiver_model_;
   Variant cache_msg_items_;
   std::string match_id_;
   QTimer* timer_ = nullptr;

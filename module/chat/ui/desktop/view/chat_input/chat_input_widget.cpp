@@ -142,10 +142,36 @@ void ChatInputWidget::BuildLayout() {
   send_option_button_->setFocusPolicy(Qt::NoFocus);
   send_option_button_->setIcon(QIcon(kOptionIconNormal));
   connect(send_option_button_, &QPushButton::clicked, this, &ChatInputWidget::ShowSendOptionMenu);
+  // Who the message goes to; a click opens the member list.
+  receiver_button_ = new QPushButton(this);
+  receiver_button_->setObjectName("chat_input_receiver_button");
+  receiver_button_->setCursor(Qt::PointingHandCursor);
+  receiver_button_->setFlat(true);
+  receiver_button_->setToolTip(Text("chat.receiver.choose"));
+  receiver_button_->setAccessibleName(Text("chat.receiver.choose"));
+  receiver_button_->setStyleSheet(
+      "QPushButton#chat_input_receiver_button { border: none; padding: 2px 6px; margin-left: 6px; color: #5C6166;"
+      " text-align: left; }"
+      "QPushButton#chat_input_receiver_button[private=\"true\"] { color: #D54941; }"
+      "QPushButton#chat_input_receiver_button:hover { color: #1A73E8; background: #F0F4FF; border-radius: 4px; }");
+  connect(receiver_button_, &QPushButton::clicked, this, &ChatInputWidget::ReceiverClicked);
+  SetReceiver(QString(), false);
+  bottom_row->addWidget(receiver_button_, 0, Qt::AlignVCenter);
   bottom_row->addStretch(1);
   bottom_row->addWidget(send_button_);
   bottom_row->addWidget(send_option_button_);
   layout->addLayout(bottom_row);
+}
+
+void ChatInputWidget::SetReceiver(QString const& name, bool is_private) {
+  receiver_name_ = name;
+  receiver_private_ = is_private;
+  QString text = Text("chat.receiver.to") + " " + (name.isEmpty() ? Text("chat.members.everyone") : name);
+  if (is_private) text += " " + Text("chat.receiver.private");
+  receiver_button_->setText(text + QString::fromUtf8(" \u25BE"));
+  receiver_button_->setProperty("private", is_private);
+  receiver_button_->style()->unpolish(receiver_button_);
+  receiver_button_->style()->polish(receiver_button_);
 }
 
 void ChatInputWidget::BuildSendOptionMenu() {

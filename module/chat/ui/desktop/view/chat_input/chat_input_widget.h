@@ -35,6 +35,12 @@ class ChatInputWidget : public QWidget {
   QWidget* right_toolbar_container() const { return right_toolbar_; }
   QPushButton* send_button() const { return send_button_; }
   QPushButton* send_option_button() const { return send_option_button_; }
+  // The receiver line under the input: "To: Everyone", or a name marked
+  // private.
+  QPushButton* receiver_button() const { return receiver_button_; }
+  void SetReceiver(QString const& name, bool is_private);
+  QString const& receiver_name() const { return receiver_name_; }
+  bool receiver_private() const { return receiver_private_; }
   QMenu* send_option_menu() const { return send_option_menu_; }
   QStackedWidget* stacked_widget() const { return stacked_; }
   QLabel* disabled_label() const { return disabled_label_; }
@@ -69,6 +75,7 @@ class ChatInputWidget : public QWidget {
   QString send_button_color() const { return send_button_color_; }
 
  signals:
+  void ReceiverClicked();
   void SendMsgBtnClicked();
   void SendOptionSelected(ChatInputWidget::SendOption option);
   void EmptyChanged(bool empty);
@@ -101,6 +108,9 @@ class ChatInputWidget : public QWidget {
   QLabel* disabled_label_ = nullptr;
   QPushButton* send_button_ = nullptr;
   QPushButton* send_option_button_ = nullptr;
+  QPushButton* receiver_button_ = nullptr;
+  QString receiver_name_;
+  bool receiver_private_ = false;
   QMenu* send_option_menu_ = nullptr;
   QActionGroup* send_option_group_ = nullptr;
 
