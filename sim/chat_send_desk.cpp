@@ -123,6 +123,19 @@ bool ChatSendDesk::Send(uint32_t method, int chat_type, Variant const* params, V
   record.Set("conv_id", params->GetString("conv_id"));
   record.Set("conv_type", params->GetInteger("conv_type"));
   record.Set("msg_sender", record.Get("message_sender"));
+  // A private message names whom it went to: the peer of its conversation.
+  if (params->GetInteger("conv_type") == 1) {
+    std::string peer = params->GetString("conv_id");
+    if (peer.rfind("c2c_", 0) == 0) peer.erase(0, 4);
+    for (auto const& member : members_.members()) {
+      if (member.GetString("user_id") != peer && member.GetString("app_uid") != peer) continue;
+      record.Set("msg_receiver", Variant::Map{{"user_id", member.GetString("user_id")},
+                                              {"app_uid", member.GetString("app_uid")},
+                                              {"app_id", member.GetString("app_id")},
+                                              {"nickname", member.GetString("nickname")}});
+      break;
+    }
+  }
   record["in_meeting_info"].Set("meeting_id", std::to_string(self.meeting_id));
   record["in_meeting_info"].Set("receiver_type", params->GetInteger("receiver_type"));
   // The sending message shows at once; its result updates it.

@@ -45,6 +45,18 @@ ScriptedParticipants::ScriptedParticipants(MeetingSimulator& meeting, QObject* p
 
 ScriptedParticipants::~ScriptedParticipants() = default;
 
+void ScriptedParticipants::JoinMeeting() {
+  std::vector<Variant> people;
+  for (auto const& person : kPeople) {
+    people.push_back(Variant::Map{{"user_id", person.user_id},
+                                  {"app_uid", person.user_id},
+                                  {"app_id", person.app_id},
+                                  {"nickname", person.nickname},
+                                  {"role", person.user_id == "u-host" ? "host" : "member"}});
+  }
+  meeting_.members().AddMembers(std::move(people));
+}
+
 void ScriptedParticipants::Start(int step_ms) {
   meeting_.faces().Load();
   timer_->start(step_ms);
@@ -255,6 +267,9 @@ void ScriptedParticipants::BuildScript() {
         meeting_.red_packets().Open(meeting_.red_packets().Send(host), host, self);
       },
       [this] { meeting_.banners().Notify(1, "Poll open", "Which topic next? Vote in the poll panel."); },
+      [this] { Text(2, "Next up: the Q3 numbers."); },
+      [this] { Text(0, "Can we keep ten minutes for questions at the end?"); },
+      [this] { Text(4, "Yes, we will [ThumbsUp]"); },
   };
 }
 

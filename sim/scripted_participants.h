@@ -22,6 +22,9 @@ class ScriptedParticipants : public QObject {
   explicit ScriptedParticipants(MeetingSimulator& meeting, QObject* parent = nullptr);
   ~ScriptedParticipants() override;
 
+  // The scripted people take their seats in the meeting's member list (the
+  // one named "(Host)" as its host).
+  void JoinMeeting();
   // Plays the script, one step every `step_ms`.
   void Start(int step_ms = 350);
   void Stop();

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
 #include <cstdlib>
 
 #include "base/analytics/analytics.h"
@@ -15,9 +16,11 @@
 #include "base/threading/looper.h"
 #include "framework/journal/host_journal.h"
 #include "framework/ui/ui_service.h"
+#include "local_user_tour.h"
 #include "meeting_window.h"
 #include "module_host.h"
 #include "sim/meeting_sim.h"
+#include "sim/roster.h"
 #include "sim/scripted_participants.h"
 #include "uikit/qt_ui_service.h"
 
@@ -32,10 +35,11 @@ bool WriteText(QString const& path, QString const& text) {
   return true;
 }
 
-QString Transcript(MeetingWindow const& window, ModuleHost const& host) {
+QString Transcript(MeetingWindow const& window, ModuleHost const& host, QStringList const& tour) {
   QStringList lines;
   lines << "# Demo transcript" << "";
   lines << "## Module status" << window.StatusText() << "";
+  lines << "## What the local user did" << tour << "";
   lines << "## Client journal";
   for (auto const& entry : framework::HostJournal::Entries()) lines << QString::fromStdString(entry);
   lines << "" << "## Analytics events";
@@ -68,8 +72,15 @@ int main(int argc, char** argv) {
   QCommandLineOption immersive_option("immersive", "Ask for immersive mode once the module is up.");
   QCommandLineOption control_option("security-control", "Chat is under the organization's control, with this text.",
                                     "text");
+  QCommandLineOption members_option("members", "People in the meeting beside the scripted five (1000 for a large "
+                                    "meeting).", "n", "24");
+  QCommandLineOption attendees_option("attendees", "A webinar's attendees (10000 for a large one).", "n", "0");
+  QCommandLineOption host_option("host", "The local user hosts the meeting.");
+  QCommandLineOption tour_option("tour", "In a window too: the local user picks a receiver, writes privately, and "
+                                 "goes back to everyone (a headless run always does).");
   parser.addOptions({headless_option, out_option, seconds_option, gallery_option, webinar_option, anonymous_option,
-                     display_option, share_option, immersive_option, control_option});
+                     display_option, share_option, immersive_option, control_option, members_option,
+                     attendees_option, host_option, tour_option});
   parser.process(app);
   if (parser.isSet(gallery_option)) {
     // The gallery links the module's widgets directly, so it is a program of its own.
@@ -100,7 +111,18 @@ int main(int argc, char** argv) {
   meeting.context().anonymous = parser.isSet(anonymous_option);
   meeting.meeting().SetDisplayState(parser.value(display_option).toInt());
   if (parser.isSet(control_option)) meeting.context().security_controls[3] = parser.value(control_option).toStdString();
+  if (parser.isSet(host_option)) meeting.context().self_role = talvex::MeetingContext::kRoleHost;
   meeting.meeting().Join();
+  // The people: the scripted five, a roster around them, two in the waiting
+  // room and a meeting room's device that can't take chat.
+  sim::ScriptedParticipants participants(meeting);
+  participants.JoinMeeting();
+  sim::RosterOptions roster;
+  roster.members = std::max(0, parser.value(members_option).toInt());
+  roster.attendees = std::max(0, parser.value(attendees_option).toInt());
+  roster.waiting = 2;
+  roster.no_chat_devices = 1;
+  sim::PopulateRoster(meeting, roster);
 
   MeetingWindow window(meeting);
   // Leaving ends the client's run: the module unloads below and takes its pages with it.
@@ -111,8 +133,17 @@ int main(int argc, char** argv) {
   window.RefreshModuleStatus(loaded ? "Loaded from " + library + " and activated."
                                     : "Not loaded: " + host.error());
   // The chat panel as the client hosts it, with people chatting in the meeting.
-  sim::ScriptedParticipants participants(meeting);
-  if (loaded && window.ShowChatPanel() > 0) participants.Start(headless ? 280 : 1500);
+  const bool panel = loaded && window.ShowChatPanel() > 0;
+  if (panel) participants.Start(headless ? 280 : 1500);
+  // The local user writes privately to one of them, then to everyone again.
+  LocalUserTour tour(&window, "jor", "Could you send me the slides after the call?");
+  if (headless) {
+    tour.on_member_list_open = [&] {
+      const QString shot = QDir(out_dir).filePath("demo-members.png");
+      if (window.GrabWithOverlays().save(shot)) std::printf("member list: %s\n", qPrintable(shot));
+    };
+  }
+  if (panel && (headless || parser.isSet(tour_option))) tour.Start(4000);
   // The chat's bullets over the meeting.
   if (loaded) window.ShowFloatingViews();
   if (parser.isSet(share_option)) {
@@ -128,11 +159,11 @@ int main(int argc, char** argv) {
   int rc = loaded ? 0 : 1;
   if (headless) {
     // A few seconds of chat traffic before the picture is taken.
-    QTimer::singleShot(6000, &window, [&] {
+    QTimer::singleShot(8000, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
       if (!window.GrabWithOverlays().save(shot)) rc = 1;
-      if (!WriteText(transcript, Transcript(window, host))) rc = 1;
+      if (!WriteText(transcript, Transcript(window, host, tour.log()))) rc = 1;
       std::printf("screenshot: %s\ntranscript: %s\n", qPrintable(shot), qPrintable(transcript));
       app.quit();
     });

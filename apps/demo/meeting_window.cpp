@@ -347,7 +347,9 @@ QPixmap MeetingWindow::GrabWithOverlays() {
   QPainter painter(&shot);
   for (QWidget* top : QApplication::topLevelWidgets()) {
     const QString name = top->objectName();
-    if (top == this || !top->isVisible() || (name != "EmojiFloatWndWidget-InMeeting" && name != "DanmuContainer")) {
+    const bool floating = name == "EmojiFloatWndWidget-InMeeting" || name == "DanmuContainer" ||
+                          name == "ChatMemberSelectView";
+    if (top == this || !top->isVisible() || !floating) {
       continue;
     }
     painter.drawPixmap(top->frameGeometry().topLeft() - frameGeometry().topLeft(), top->grab());

@@ -12,6 +12,7 @@
 #include "chat/ui/desktop/view/bullet/bullet_item_widget.h"
 #include "chat/ui/desktop/view/bullet/chat_item_bar.h"
 #include "chat/ui/desktop/view/bullet/emoji_panel_widget.h"
+#include "chat/viewmodel/private_chat_members_view_model.h"
 #include "chat/ui/desktop/view/bullet/in_meeting_bullet_qt_view.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
 #include "framework/navigation/routing.h"
@@ -276,6 +277,34 @@ TEST_F(BulletViewTest, TheEmojiButtonOpensThePanelAndAFaceIsSent) {
   ASSERT_EQ(meeting_.messages().InvocationsOf(7).size(), 1u);
   EXPECT_EQ(meeting_.messages().InvocationsOf(7)[0].GetString("text_elem_content"), "[ThumbsUp]");
   EXPECT_EQ(Reported("bullet_vm_close_quick_reply_emoji"), 1u);
+}
+
+TEST_F(BulletViewTest, TheBarsReceiverOpensTheMemberListWhichHoldsOffImmersiveMode) {
+  Show();
+  view_->bar()->ExpandChatBar(true);
+  QPushButton* receiver = view_->bar()->receiver_button();
+  ASSERT_TRUE(receiver->isVisible());
+  EXPECT_TRUE(receiver->toolTip().contains(QString::fromStdString(Text("host.chat.receiver.everyone"))));
+  QTest::mouseClick(receiver, Qt::LeftButton);
+  Advance(100);
+  auto* popup = view_->member_select();
+  ASSERT_NE(popup, nullptr);
+  EXPECT_GT(popup->model()->rowCount(), 2) << "the meeting's members are listed";
+  std::string reason;
+  EXPECT_FALSE(meeting_.meeting_settings().EnterImmersiveMode(&reason));
+  EXPECT_EQ(reason, "PrivateChatMembersViewModel visible");
+  // A member picked there is the bar's receiver, marked private.
+  for (int i = 0; i < popup->model()->rowCount(); ++i) {
+    if (popup->model()->RowAt(i).GetString("user_id") != "u2") continue;
+    Variant row = popup->model()->RowAt(i);
+    popup->view_model()->Handle(chat::PrivateChatMembersViewModel::kActionSelectMemberInBullet, &row);
+    break;
+  }
+  EXPECT_TRUE(receiver->property("private").toBool());
+  EXPECT_TRUE(receiver->toolTip().contains("Member u2"));
+  EXPECT_EQ(Reported("private_chat_members_select_member_in_bullet"), 1u);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(view_->member_select(), nullptr);
 }
 
 TEST_F(BulletViewTest, TheMeetingWindowMovesHidesAndBringsBackTheOverlay) {

@@ -147,11 +147,12 @@ void ChatInputWidget::BuildLayout() {
   receiver_button_->setObjectName("chat_input_receiver_button");
   receiver_button_->setCursor(Qt::PointingHandCursor);
   receiver_button_->setFlat(true);
+  receiver_button_->setFixedHeight(18);
   receiver_button_->setToolTip(Text("chat.receiver.choose"));
   receiver_button_->setAccessibleName(Text("chat.receiver.choose"));
   receiver_button_->setStyleSheet(
-      "QPushButton#chat_input_receiver_button { border: none; padding: 2px 6px; margin-left: 6px; color: #5C6166;"
-      " text-align: left; }"
+      "QPushButton#chat_input_receiver_button { border: none; padding: 0 6px; margin-left: 6px; color: #5C6166;"
+      " font-size: 12px; text-align: left; }"
       "QPushButton#chat_input_receiver_button[private=\"true\"] { color: #D54941; }"
       "QPushButton#chat_input_receiver_button:hover { color: #1A73E8; background: #F0F4FF; border-radius: 4px; }");
   connect(receiver_button_, &QPushButton::clicked, this, &ChatInputWidget::ReceiverClicked);

@@ -247,6 +247,7 @@ ChatMemberSelectView::ChatMemberSelectView(int source, QWidget* parent)
   setObjectName("ChatMemberSelectView");
   setAttribute(Qt::WA_DeleteOnClose);
   setFixedSize(kWidth, kHeight);
+  setMinimumHeight(kMinHeight);
   setStyleSheet(
       "#ChatMemberSelectView { background: #FFFFFF; border: 1px solid #DCDFE3; border-radius: 8px; }"
       "#ChatMemberSelectTitle { color: #1F2329; font-weight: bold; }"
@@ -341,12 +342,12 @@ void ChatMemberSelectView::PopupAbove(QPoint const& anchor) {
     top_left.setX(std::clamp(top_left.x(), area.left(), std::max(area.left(), area.right() - width())));
     top_left.setY(std::clamp(top_left.y(), area.top(), std::max(area.top(), area.bottom() - height())));
   }
+  anchor_ = anchor;
   move(top_left);
   view_model_->SetVisible(true);
   view_model_->Handle(VM::kActionShow);
   show();
   search_->setFocus(Qt::PopupFocusReason);
-  view_model_->Handle(VM::kActionSearchFocus);
 }
 
 void ChatMemberSelectView::OnMemberList(Variant const& list) {
@@ -358,6 +359,7 @@ void ChatMemberSelectView::OnMemberList(Variant const& list) {
   const Variant before = model_->RowAt(current);
   const int before_kind = model_->KindAt(current);
   model_->SetList(list);
+  FitHeight();
   if (list.GetBoolean("scroll_to_top")) {
     list_->scrollToTop();
     view_model_->Handle(VM::kActionClearScrollToTop);
@@ -375,6 +377,22 @@ void ChatMemberSelectView::OnMemberList(Variant const& list) {
       return;
     }
   }
+}
+
+void ChatMemberSelectView::FitHeight() {
+  // As tall as the lines need, up to kHeight; the bottom stays at the anchor.
+  if (layout()) layout()->activate();
+  int lines = 0;
+  QStyleOptionViewItem option;
+  option.rect = QRect(0, 0, list_->viewport()->width(), 0);
+  for (int i = 0; i < model_->rowCount() && lines < kHeight; ++i) {
+    lines += list_->itemDelegate()->sizeHint(option, model_->index(i)).height();
+  }
+  const int chrome = height() - list_->height();
+  const int wanted = std::clamp(chrome + lines + 2 * list_->frameWidth() + 4, kMinHeight, kHeight);
+  if (wanted == height()) return;
+  setFixedHeight(wanted);
+  if (!anchor_.isNull()) move(x(), anchor_.y() - wanted);
 }
 
 void ChatMemberSelectView::OnHint(Variant const& hint) {

@@ -81,6 +81,7 @@ class ChatMemberSelectView : public QFrame {
  public:
   static constexpr int kWidth = 300;
   static constexpr int kHeight = 420;
+  static constexpr int kMinHeight = 160;
 
   // `source`: the entrance (2 the floating chat).
   explicit ChatMemberSelectView(int source, QWidget* parent = nullptr);
@@ -111,6 +112,7 @@ class ChatMemberSelectView : public QFrame {
   void Activate(int row);
   // Moves the current line by `step` over the lines one can stand on.
   void MoveCurrent(int step);
+  void FitHeight();
 
   int source_;
   std::shared_ptr<chat::PrivateChatMembersViewModel> view_model_;
@@ -119,6 +121,7 @@ class ChatMemberSelectView : public QFrame {
   QLabel* hint_ = nullptr;
   QListView* list_ = nullptr;
   ChatMemberListModel* model_ = nullptr;
+  QPoint anchor_;
   bool closing_ = false;
   bool chosen_ = false;
 };

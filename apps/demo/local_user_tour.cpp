@@ -1,0 +1,103 @@
+#include "local_user_tour.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QWidget>
+
+LocalUserTour::LocalUserTour(QWidget* window, QString who, QString message, QObject* parent)
+    : QObject(parent), window_(window), who_(std::move(who)), message_(std::move(message)) {}
+
+QWidget* LocalUserTour::Find(char const* object_name) const {
+  // The member list is a popup of its own: look through every window.
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    if (!top->isVisible()) continue;
+    if (top->objectName() == object_name) return top;
+    if (auto* found = top->findChild<QWidget*>(object_name)) return found;
+  }
+  return nullptr;
+}
+
+void LocalUserTour::Click(char const* object_name) {
+  auto* button = qobject_cast<QAbstractButton*>(Find(object_name));
+  log_ << QString("click %1%2").arg(object_name, button ? "" : " (not found)");
+  if (button) button->click();
+}
+
+void LocalUserTour::Type(char const* object_name, QString const& text) {
+  QWidget* target = Find(object_name);
+  log_ << QString("type \"%1\" into %2%3").arg(text, object_name, target ? "" : " (not found)");
+  if (!target) return;
+  target->setFocus();
+  for (QChar c : text) {
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+    QApplication::sendEvent(target, &press);
+    QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, QString(c));
+    QApplication::sendEvent(target, &release);
+  }
+}
+
+void LocalUserTour::Key(char const* object_name, int key) {
+  QWidget* target = Find(object_name);
+  log_ << QString("key %1 in %2%3").arg(QKeySequence(key).toString(), object_name, target ? "" : " (not found)");
+  if (!target) return;
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+  QApplication::sendEvent(target, &press);
+}
+
+void LocalUserTour::PickWhenFound(int tries_left) {
+  auto* list = qobject_cast<QAbstractItemView*>(Find("ChatMemberList"));
+  if (list && list->model()) {
+    QAbstractItemModel* model = list->model();
+    for (int row = 0; row < model->rowCount(); ++row) {
+      const QModelIndex index = model->index(row, 0);
+      const QString text = index.data(Qt::DisplayRole).toString();
+      // A member's line, not the section's title.
+      if (!text.contains(who_, Qt::CaseInsensitive) || !(model->flags(index) & Qt::ItemIsSelectable)) continue;
+      list->setFocus();
+      list->setCurrentIndex(index);
+      log_ << QString("found \"%1\"").arg(text);
+      Key("ChatMemberList", Qt::Key_Return);
+      AfterPick();
+      return;
+    }
+  }
+  if (tries_left <= 0) {
+    log_ << QString("\"%1\" not found in the member list").arg(who_);
+    return;
+  }
+  QTimer::singleShot(100, this, [this, tries_left] { PickWhenFound(tries_left - 1); });
+}
+
+void LocalUserTour::Start(int delay_ms) {
+  QTimer::singleShot(delay_ms, this, [this] { Click("chat_input_receiver_button"); });
+  QTimer::singleShot(delay_ms + 300, this, [this] { Type("ChatMemberSearch", who_); });
+  // The list searches half a second after the last key; the user waits for
+  // the name to show, then picks it.
+  QTimer::singleShot(delay_ms + 900, this, [this] { PickWhenFound(30); });
+}
+
+void LocalUserTour::AfterPick() {
+  const std::vector<std::pair<int, std::function<void()>>> steps = {
+      {300, [this] { Type("chat_input_edit", message_); }},
+      {500, [this] { Click("chat_input_send_button"); }},
+      // Back to everyone: into the list, past its title, Enter.
+      {1100, [this] { Click("chat_input_receiver_button"); }},
+      {1400,
+       [this] {
+         Key("ChatMemberSearch", Qt::Key_Down);
+         Key("ChatMemberList", Qt::Key_Down);
+         Key("ChatMemberList", Qt::Key_Return);
+       }},
+      // Open once more, for the picture, and close with Escape.
+      {1900, [this] { Click("chat_input_receiver_button"); }},
+      {2300,
+       [this] {
+         if (on_member_list_open) on_member_list_open();
+         Key("ChatMemberSearch", Qt::Key_Escape);
+       }},
+  };
+  for (auto const& [at_ms, run] : steps) QTimer::singleShot(at_ms, this, run);
+}

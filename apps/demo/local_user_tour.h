@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+// What the local user does in the demo, with real clicks and keys on the
+// module's widgets (found by their object names; the demo sees nothing else
+// of the module): opens the receiver line under the chat input, finds a
+// participant by typing part of the name, picks them, sends a private
+// message, goes back to everyone, and opens the member list once more so
+// that a screenshot shows it, then closes it.
+class LocalUserTour : public QObject {
+  Q_OBJECT
+
+ public:
+  // `who` is what the user types to find the receiver.
+  LocalUserTour(QWidget* window, QString who, QString message, QObject* parent = nullptr);
+  // Starts after `delay_ms`; the steps take about three seconds.
+  void Start(int delay_ms);
+  // Called while the member list stands open the last time, before Escape
+  // closes it: the moment for a picture of it.
+  std::function<void()> on_member_list_open;
+  // What happened, step by step, for the transcript.
+  QStringList const& log() const { return log_; }
+
+ private:
+  QWidget* Find(char const* object_name) const;
+  void Click(char const* object_name);
+  void Type(char const* object_name, QString const& text);
+  void Key(char const* object_name, int key);
+  // Picks the member whose name holds `who_` once the list shows them;
+  // looks again every 100 ms.
+  void PickWhenFound(int tries_left);
+  // The rest of the tour, once the receiver is picked.
+  void AfterPick();
+
+  QWidget* window_;
+  QString who_;
+  QString message_;
+  QStringList log_;
+};
