@@ -44,13 +44,6 @@ std::string FormatCount(char const* name, size_t count) {
 
 std::string Folded(std::string const& text) { return QString::fromStdString(text).toCaseFolded().toStdString(); }
 
-std::string RoleText(std::string const& role) {
-  if (role == "host") return Text("chat.members.role.host");
-  if (role == "cohost") return Text("chat.members.role.cohost");
-  if (role == "panelist") return Text("chat.members.role.panelist");
-  return std::string();
-}
-
 bool IsHostRole(std::string const& role) { return role == "host" || role == "cohost"; }
 
 // The receiver a row stands for, as the private chat record keeps it.
@@ -374,6 +367,12 @@ void PrivateChatMembersViewModel::OnEventCanEnterImmersive(Variant const* query,
 
 // --- the list ----------------------------------------------------------------------
 
+void PrivateChatMembersViewModel::RetireLater(Variant const& value) {
+  retired_.push_back(value);
+  if (!retire_timer_) retire_timer_ = talvex_common::utils::timer::CreateTimer([this] { retired_.clear(); });
+  if (!retire_timer_->IsActive()) retire_timer_->Start(kRetireDelayMs, 0);
+}
+
 void PrivateChatMembersViewModel::PublishDisableChat() {
   SetPropValue(kPropDisableChat, talvex::ChatUtils::GetIMAuthorityInfo());
 }
@@ -421,32 +420,66 @@ void PrivateChatMembersViewModel::UpdateAuthorityHint() {
                                                                : GetAuthorityHintInfoForNormal(policy, self_is_host));
 }
 
-bool PrivateChatMembersViewModel::PolicyAllows(Variant const& user, std::string* reason) const {
-  if (!user.GetBoolean("can_receive_chat", true)) {
-    *reason = Text("chat.members.disabled.no_chat");
-    return false;
-  }
-  if (webinar::IsMeetingWebinar() || talvex_common::utils::member::IsSelfHostOrCoHost()) return true;
-  const int policy = settings::GetAllowChatPolicy();
-  if (policy == 1) {
-    *reason = Text("chat.members.disabled.only_public");
-    return false;
-  }
-  if (policy == 2 && !IsHostRole(user.GetString("role"))) {
-    *reason = Text("chat.members.disabled.only_to_host");
-    return false;
-  }
-  return true;
-}
+// What every row of one update shares, read once: the policy, the chosen
+// receiver and the texts. The texts are Variants made once, so that each row
+// shares them instead of holding copies.
+struct PrivateChatMembersViewModel::RowContext {
+  bool is_webinar = false;
+  bool self_is_host = false;
+  int policy = 0;
+  int receiver_type = 0;
+  std::string receiver_user_id;
+  std::string receiver_app_uid;
+  Variant enabled_colour{kColorEnabled};
+  Variant disabled_colour{kColorDisabled};
+  Variant remark_colour{kColorRemark};
+  Variant no_remark{""};
+  Variant host{Text("chat.members.role.host")};
+  Variant cohost{Text("chat.members.role.cohost")};
+  Variant panelist{Text("chat.members.role.panelist")};
+  Variant no_chat{Text("chat.members.disabled.no_chat")};
+  Variant only_public{Text("chat.members.disabled.only_public")};
+  Variant only_to_host{Text("chat.members.disabled.only_to_host")};
+  Variant remove{Text("chat.members.waiting.remove")};
+  Variant admit{Text("chat.members.waiting.admit")};
+  Variant loading{Text("chat.members.loading")};
 
-bool PrivateChatMembersViewModel::IsChecked(Variant const& row) const {
-  const int receiver_type = talvex_common::utils::privatechatrecord::GetChatReceiverType(receiver_);
-  if (receiver_type != row.GetInt32("receiver_type")) return false;
-  if (receiver_type != 1 && receiver_type != 6 && receiver_type != 7) return true;
-  const std::string user_id = receiver_.GetString("user_id");
-  return !user_id.empty() ? user_id == row.GetString("user_id")
-                          : !receiver_.GetString("app_uid").empty() && receiver_.GetString("app_uid") == row.GetString("app_uid");
-}
+  explicit RowContext(Variant const& receiver)
+      : is_webinar(webinar::IsMeetingWebinar()),
+        self_is_host(talvex_common::utils::member::IsSelfHostOrCoHost()),
+        policy(settings::GetAllowChatPolicy()),
+        receiver_type(talvex_common::utils::privatechatrecord::GetChatReceiverType(receiver)),
+        receiver_user_id(receiver.GetString("user_id")),
+        receiver_app_uid(receiver.GetString("app_uid")) {}
+
+  Variant const& Remark(std::string const& role) const {
+    return role == "host" ? host : role == "cohost" ? cohost : role == "panelist" ? panelist : no_remark;
+  }
+  // Whether the policy lets the local user write to `user`; `reason` says
+  // why not.
+  bool Allows(Variant const& user, Variant const** reason) const {
+    if (!user.GetBoolean("can_receive_chat", true)) {
+      *reason = &no_chat;
+      return false;
+    }
+    if (is_webinar || self_is_host) return true;
+    if (policy == 1) {
+      *reason = &only_public;
+      return false;
+    }
+    if (policy == 2 && !IsHostRole(user.GetString("role"))) {
+      *reason = &only_to_host;
+      return false;
+    }
+    return true;
+  }
+  bool Checked(int row_receiver_type, Variant const& row) const {
+    if (receiver_type != row_receiver_type) return false;
+    if (receiver_type != 1 && receiver_type != 6 && receiver_type != 7) return true;
+    return !receiver_user_id.empty() ? receiver_user_id == row.Get("user_id").AsStr()
+                                     : !receiver_app_uid.empty() && receiver_app_uid == row.Get("app_uid").AsStr();
+  }
+};
 
 Variant PrivateChatMembersViewModel::AddTitleItem(int title_type, size_t count) const {
   static const char* const kTitles[] = {"chat.members.section.in_meeting", "chat.members.section.waiting",
@@ -468,51 +501,58 @@ Variant PrivateChatMembersViewModel::AddTitleItem(int title_type, size_t count) 
   return title;
 }
 
-void PrivateChatMembersViewModel::AddUserItems(Variant const& users, int row_type, Built& built) const {
+void PrivateChatMembersViewModel::AddUserItems(Variant const& users, int row_type, RowContext const& context,
+                                               Built& built) const {
   if (!users.IsArray()) return;
   built.entries.reserve(built.entries.size() + users.Size());
+  const int receiver_type = ReceiverTypeOf(row_type);
+  static const Variant kEmpty{""};
+  auto string_of = [](Variant const& user, char const* key) -> Variant const& {
+    Variant const& value = user.Get(key);
+    return value.IsString() ? value : kEmpty;
+  };
   for (auto const& user : users.AsArray()) {
     if (!user.IsMap()) {
       TXLOG_ERROR << "param type error, need check logic!";
       continue;
     }
-    std::string reason;
-    const bool enable = PolicyAllows(user, &reason);
-    const std::string role = user.GetString("role");
-    Variant row = Variant::Map{
-        {"type", row_type},
-        {"receiver_type", ReceiverTypeOf(row_type)},
-        {"user_id", user.GetString("user_id")},
-        {"app_id", user.GetString("app_id")},
-        {"app_uid", user.GetString("app_uid")},
-        {"nickname", user.GetString("nickname")},
-        {"avatar", user.GetString("avatar")},
-        {"role", role},
-        {"remark", RoleText(role)},
-        {"status", !user.GetBoolean("can_receive_chat", true) ? kStatusNoChat
-                   : row_type == kRowWaitingMember          ? kStatusWaiting
-                                                            : kStatusInMeeting},
-        {"enable", enable},
-        {"title_color", enable ? kColorEnabled : kColorDisabled},
-        {"remark_color", kColorRemark},
-        {"is_full_data", user.GetBoolean("is_full_data", true)},
-    };
-    if (!enable) row.Set("disable_reason", reason);
+    Variant const* reason = nullptr;
+    const bool enable = context.Allows(user, &reason);
+    Variant const& role = string_of(user, "role");
+    // The member's strings are shared with the provider's answer, not copied.
+    Variant::Map fields;
+    fields.emplace("type", row_type);
+    fields.emplace("receiver_type", receiver_type);
+    fields.emplace("user_id", string_of(user, "user_id"));
+    fields.emplace("app_id", string_of(user, "app_id"));
+    fields.emplace("app_uid", string_of(user, "app_uid"));
+    fields.emplace("nickname", string_of(user, "nickname"));
+    fields.emplace("avatar", string_of(user, "avatar"));
+    fields.emplace("role", role);
+    fields.emplace("remark", context.Remark(role.AsStr()));
+    fields.emplace("status", !user.GetBoolean("can_receive_chat", true) ? kStatusNoChat
+                             : row_type == kRowWaitingMember          ? kStatusWaiting
+                                                                      : kStatusInMeeting);
+    fields.emplace("enable", enable);
+    fields.emplace("title_color", enable ? context.enabled_colour : context.disabled_colour);
+    fields.emplace("remark_color", context.remark_colour);
+    fields.emplace("is_full_data", user.GetBoolean("is_full_data", true));
+    if (reason) fields.emplace("disable_reason", *reason);
     if (row_type == kRowWaitingMember) {
-      row.Set("remove_out_btn_desc", Text("chat.members.waiting.remove"));
-      row.Set("allow_in_btn_desc", Text("chat.members.waiting.admit"));
-      row.Set("loading_wording", Text("chat.members.loading"));
+      fields.emplace("remove_out_btn_desc", context.remove);
+      fields.emplace("allow_in_btn_desc", context.admit);
+      fields.emplace("loading_wording", context.loading);
     }
-    row.Set("checked", IsChecked(row));
+    Variant row(std::move(fields));
+    row.Set("checked", context.Checked(receiver_type, row));
     const int sort_key = static_cast<int>(user.GetInteger("sort_key") & 0xFFFF);
-    built.entries.push_back(
-        {sort_key, util::stringhelp::LocalizedSortKey(user.GetString("nickname")), user.GetString("user_id"),
-         std::move(row)});
+    built.entries.push_back({sort_key, util::stringhelp::LocalizedSortKey(row.Get("nickname").AsStr()),
+                             row.Get("user_id").AsStr(), std::move(row)});
   }
 }
 
-Variant PrivateChatMembersViewModel::BuildSection(Built& built, int title_type, bool with_everyone,
-                                                  bool expanded) const {
+Variant PrivateChatMembersViewModel::BuildSection(Built& built, RowContext const& context, int title_type,
+                                                  bool with_everyone, bool expanded) const {
   using Entry = Built::Entry;
   std::sort(built.entries.begin(), built.entries.end(), [](Entry const& a, Entry const& b) {
     if (a.sort_key != b.sort_key) return a.sort_key > b.sort_key;
@@ -547,7 +587,7 @@ Variant PrivateChatMembersViewModel::BuildSection(Built& built, int title_type, 
                                     {"enable", true},
                                     {"title_color", kColorEnabled},
                                     {"remark_color", kColorRemark}};
-    everyone.Set("checked", IsChecked(everyone));
+    everyone.Set("checked", context.Checked(ReceiverTypeOf(kRowEveryone), everyone));
     list.push_back(std::move(everyone));
   }
   int index = with_everyone ? 1 : 0;
@@ -574,7 +614,7 @@ void PrivateChatMembersViewModel::MembersUpdate() {
   const bool self_is_host = talvex_common::utils::member::IsSelfHostOrCoHost();
   const bool is_webinar = webinar::IsMeetingWebinar();
   const int policy = settings::GetAllowChatPolicy();
-  receiver_ = talvex_common::utils::privatechatrecord::GetPrivateChatUserInfo();
+  const RowContext context(talvex_common::utils::privatechatrecord::GetPrivateChatUserInfo());
 
   Built in_meeting;
   Built waiting;
@@ -588,18 +628,18 @@ void PrivateChatMembersViewModel::MembersUpdate() {
     const std::string provider = section.GetString("provider_id");
     Variant const& users = section.Get("user_list");
     if (provider == mp::kInMeetingMembersForImProvider) {
-      AddUserItems(users, kRowMember, in_meeting);
+      AddUserItems(users, kRowMember, context, in_meeting);
     } else if (provider == mp::kWaitingMembersProvider) {
-      if (!attendees_in_waiting_slot) AddUserItems(users, kRowWaitingMember, waiting);
+      if (!attendees_in_waiting_slot) AddUserItems(users, kRowWaitingMember, context, waiting);
     } else if (provider == mp::kAttendeeMembersForImProvider) {
       is_attendee_loading_ = section.GetBoolean("is_loading");
       if (!is_searching_) {
-        AddUserItems(users, kRowAttendee, in_meeting);
+        AddUserItems(users, kRowAttendee, context, in_meeting);
       } else if (!(is_webinar && is_attendee_loading_)) {
         // While searching a webinar, the attendees found take the second section.
         waiting.entries.clear();
         attendees_in_waiting_slot = true;
-        AddUserItems(users, kRowAttendee, waiting);
+        AddUserItems(users, kRowAttendee, context, waiting);
       }
     } else {
       TXLOG_ERROR << " provider not supprot : " << provider;
@@ -617,10 +657,15 @@ void PrivateChatMembersViewModel::MembersUpdate() {
   list.Set("search_panel_title", Text("chat.members.title"));
   list.Set("orientation", current_orientation_);
   list.Set("scroll_to_top", scroll_to_top_);
-  list.Set("in_meeting_info", BuildSection(in_meeting, kTitleInMeeting, !is_searching_, in_meeting_expanded_));
-  list.Set("waiting_member_info", BuildSection(waiting, attendees_in_waiting_slot ? kTitleAttendees : kTitleWaiting,
-                                               false, waiting_expanded_));
+  list.Set("in_meeting_info",
+           BuildSection(in_meeting, context, kTitleInMeeting, !is_searching_, in_meeting_expanded_));
+  list.Set("waiting_member_info",
+           BuildSection(waiting, context, attendees_in_waiting_slot ? kTitleAttendees : kTitleWaiting, false,
+                        waiting_expanded_));
   UpdateAuthorityHint();
+  // The list that goes is let go of after the new one is shown: with ten
+  // thousand rows its freeing is longer than building the answer of a search.
+  if (Variant const* previous = GetPropValue(kPropMemberList)) RetireLater(*previous);
   SetPropValue(kPropMemberList, std::move(list));
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "base/timer/tx_timer.h"
 #include "framework/viewmodel/stateful_view_model.h"
@@ -81,16 +82,18 @@ class PrivateChatMembersViewModel : public framework::StatefulViewModel {
 
  private:
   struct Built;
+  struct RowContext;
+  static constexpr int kRetireDelayMs = 50;
   void ActivateProvider();
   void AskProvider();
   void MembersUpdate();
   void UpdateAuthorityHint();
   void PublishDisableChat();
   Variant AddTitleItem(int title_type, size_t count) const;
-  void AddUserItems(Variant const& users, int row_type, Built& built) const;
-  Variant BuildSection(Built& built, int title_type, bool with_everyone, bool expanded) const;
-  bool PolicyAllows(Variant const& user, std::string* reason) const;
-  bool IsChecked(Variant const& row) const;
+  void AddUserItems(Variant const& users, int row_type, RowContext const& context, Built& built) const;
+  Variant BuildSection(Built& built, RowContext const& context, int title_type, bool with_everyone,
+                       bool expanded) const;
+  void RetireLater(Variant const& value);
   void ReportSelect(char const* event, Variant const& receiver) const;
   std::string WebinarRole() const;
 
@@ -104,9 +107,10 @@ class PrivateChatMembersViewModel : public framework::StatefulViewModel {
   bool waiting_expanded_ = false;
   bool scroll_to_top_ = false;
   Variant sections_;
-  // The chosen receiver while the list is built.
-  Variant receiver_;
   std::unique_ptr<talvex_common::utils::timer::TXTimer> search_timer_;
+  // Published lists that were replaced, freed a moment later.
+  std::vector<Variant> retired_;
+  std::unique_ptr<talvex_common::utils::timer::TXTimer> retire_timer_;
 };
 
 }  // namespace chat
