@@ -138,6 +138,8 @@ bool ChatSendDesk::Send(uint32_t method, int chat_type, Variant const* params, V
   }
   record["in_meeting_info"].Set("meeting_id", std::to_string(self.meeting_id));
   record["in_meeting_info"].Set("receiver_type", params->GetInteger("receiver_type"));
+  // Sent in the meeting: the meeting's chat group, as its messages carry it.
+  record["in_meeting_info"].Set("group_id", "im-" + std::to_string(self.meeting_id));
   // The sending message shows at once; its result updates it.
   if (messages_.ReceiveMessage(std::move(record))) {
     Variant added(msg_id);

@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QTimer>
 #include <QWidget>
 
@@ -71,6 +72,45 @@ void LocalUserTour::PickWhenFound(int tries_left) {
   QTimer::singleShot(100, this, [this, tries_left] { PickWhenFound(tries_left - 1); });
 }
 
+void LocalUserTour::OpenNewestMessageMenu() {
+  // The row lowest on screen is the newest; its "more" button opens its menu.
+  QAbstractButton* newest = nullptr;
+  int lowest = -1;
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    if (!top->isVisible()) continue;
+    for (auto* button : top->findChildren<QAbstractButton*>("more_btn")) {
+      QWidget* row = button->parentWidget();
+      if (!row || !row->isVisible()) continue;
+      const int y = row->mapToGlobal(QPoint(0, 0)).y();
+      if (y > lowest) {
+        lowest = y;
+        newest = button;
+      }
+    }
+  }
+  log_ << QString("open the newest message's menu%1").arg(newest ? "" : " (no message found)");
+  if (newest) newest->click();
+}
+
+void LocalUserTour::ChooseMenuItem(QString const& title) {
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    auto* menu = qobject_cast<QMenu*>(top);
+    if (!menu || !menu->isVisible() || menu->objectName() != "ChatMessageMenu") continue;
+    QStringList titles;
+    for (QAction* action : menu->actions()) {
+      titles << action->text();
+      if (action->text() != title || !action->isEnabled()) continue;
+      log_ << QString("choose \"%1\" of [%2]").arg(title, titles.join(", "));
+      menu->close();
+      action->trigger();
+      return;
+    }
+    log_ << QString("no \"%1\" in [%2]").arg(title, titles.join(", "));
+    return;
+  }
+  log_ << "no message menu open";
+}
+
 void LocalUserTour::Start(int delay_ms) {
   QTimer::singleShot(delay_ms, this, [this] { Click("chat_input_receiver_button"); });
   QTimer::singleShot(delay_ms + 300, this, [this] { Type("ChatMemberSearch", who_); });
@@ -98,6 +138,12 @@ void LocalUserTour::AfterPick() {
          if (on_member_list_open) on_member_list_open();
          Key("ChatMemberSearch", Qt::Key_Escape);
        }},
+      // A message to everyone that was meant for nobody: recalled from its
+      // menu.
+      {2700, [this] { Type("chat_input_edit", "oops, wrong window"); }},
+      {2900, [this] { Click("chat_input_send_button"); }},
+      {3500, [this] { OpenNewestMessageMenu(); }},
+      {3800, [this] { ChooseMenuItem("Recall"); }},
   };
   for (auto const& [at_ms, run] : steps) QTimer::singleShot(at_ms, this, run);
 }

@@ -11,7 +11,8 @@ class QWidget;
 // of the module): opens the receiver line under the chat input, finds a
 // participant by typing part of the name, picks them, sends a private
 // message, goes back to everyone, and opens the member list once more so
-// that a screenshot shows it, then closes it.
+// that a screenshot shows it, then closes it. Last, a message sent by mistake
+// is recalled from its menu.
 class LocalUserTour : public QObject {
   Q_OBJECT
 
@@ -34,6 +35,10 @@ class LocalUserTour : public QObject {
   // Picks the member whose name holds `who_` once the list shows them;
   // looks again every 100 ms.
   void PickWhenFound(int tries_left);
+  // The "more" button of the newest message in the chat panel.
+  void OpenNewestMessageMenu();
+  // Triggers the item of the open message menu with this title.
+  void ChooseMenuItem(QString const& title);
   // The rest of the tour, once the receiver is picked.
   void AfterPick();
 

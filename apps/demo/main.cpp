@@ -159,7 +159,7 @@ int main(int argc, char** argv) {
   int rc = loaded ? 0 : 1;
   if (headless) {
     // A few seconds of chat traffic before the picture is taken.
-    QTimer::singleShot(8000, &window, [&] {
+    QTimer::singleShot(9500, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
       if (!window.GrabWithOverlays().save(shot)) rc = 1;

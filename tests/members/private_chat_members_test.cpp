@@ -273,7 +273,7 @@ TEST_F(MembersFixture, AWebinarOfTenThousandStreamsInChunksAndSearchesAttendeesA
   ASSERT_EQ(info.Get("user_list").Size(), 2u + 3u + 10000u);
   EXPECT_EQ(info.Get("user_list")[1].GetString("nickname"), Text("chat.members.everyone_webinar"));
   EXPECT_EQ(info.Get("user_list")[1].GetInt32("receiver_type"), 5);
-  EXPECT_EQ(info.Get("user_list")[2].GetString("role"), "panelist") << "panelists before attendees";
+  EXPECT_EQ(info.Get("user_list")[2].Get("user").GetString("role"), "panelist") << "panelists before attendees";
 
   // Searching: panelists found stay first, attendees found take the second
   // section under their own title.

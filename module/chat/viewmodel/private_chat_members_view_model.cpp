@@ -227,12 +227,13 @@ void PrivateChatMembersViewModel::HandleActionSelectMember(Variant const* params
   Variant receiver(base::variant::kVariantTypeMap);
   receiver.Set("receiver_type", ReceiverTypeOf(row_type));
   if (row_type == kRowMember || row_type == kRowWaitingMember || row_type == kRowAttendee) {
-    if (params->GetString("user_id").empty() && params->GetString("app_uid").empty()) {
+    Variant const& user = params->Get("user");
+    if (!user.IsMap() || (user.GetString("user_id").empty() && user.GetString("app_uid").empty())) {
       TXLOG_ERROR << "select member without ids: " << framework::VariantToString(params);
       return;
     }
     for (char const* key : {"user_id", "app_id", "app_uid", "nickname", "avatar", "role"}) {
-      receiver.Set(key, params->GetString(key));
+      receiver.Set(key, user.GetString(key));
     }
   }
   analytics::LogEvent(in_bullet ? "private_chat_members_select_member_in_bullet"
@@ -477,7 +478,7 @@ struct PrivateChatMembersViewModel::RowContext {
     if (receiver_type != row_receiver_type) return false;
     if (receiver_type != 1 && receiver_type != 6 && receiver_type != 7) return true;
     return !receiver_user_id.empty() ? receiver_user_id == row.Get("user_id").AsStr()
-                                     : !receiver_app_uid.empty() && receiver_app_uid == row.Get("app_uid").AsStr();
+                                     : !receiver_app_uid.empty() && receiver_app_uid == row.Get("user").GetString("app_uid");
   }
 };
 
@@ -523,12 +524,11 @@ void PrivateChatMembersViewModel::AddUserItems(Variant const& users, int row_typ
     Variant::Map fields;
     fields.emplace("type", row_type);
     fields.emplace("receiver_type", receiver_type);
+    // Name and id for the list; the member as the provider gave it (shared,
+    // not copied) for the rest: ids, role, avatar.
     fields.emplace("user_id", string_of(user, "user_id"));
-    fields.emplace("app_id", string_of(user, "app_id"));
-    fields.emplace("app_uid", string_of(user, "app_uid"));
     fields.emplace("nickname", string_of(user, "nickname"));
-    fields.emplace("avatar", string_of(user, "avatar"));
-    fields.emplace("role", role);
+    fields.emplace("user", user);
     fields.emplace("remark", context.Remark(role.AsStr()));
     fields.emplace("status", !user.GetBoolean("can_receive_chat", true) ? kStatusNoChat
                              : row_type == kRowWaitingMember          ? kStatusWaiting

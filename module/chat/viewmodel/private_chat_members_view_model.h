@@ -47,7 +47,9 @@ class PrivateChatMembersViewModel : public framework::StatefulViewModel {
     kRowAttendee = 4,       // one webinar attendee
     kRowPanelists = 5,      // a webinar's panelists
   };
-  // `status` of a member row.
+  // A member row carries `user_id` and `nickname`, and `user`, the member as
+  // the provider gave it (ids, `role`, `avatar`), beside the keys of its
+  // state. `status` of a member row:
   enum RowStatus : int { kStatusInMeeting = 0, kStatusWaiting = 1, kStatusNoChat = 2 };
 
   static constexpr int kFoldCount = 4;
