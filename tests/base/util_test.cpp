@@ -4,6 +4,7 @@
 #include <ctime>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "base/util/file_util.h"
 #include "base/util/string_util.h"
@@ -190,6 +191,16 @@ TEST(StringUtil, ComparesAndConverts) {
   EXPECT_LT(CompareLocalizedString("apple", "banana"), 0);
   EXPECT_GT(CompareLocalizedString("banana", "apple"), 0);
   EXPECT_EQ(CompareLocalizedString("same", "same"), 0);
+  // Keys made once order as the comparison does, equal texts equal.
+  const std::vector<std::string> names = {"Zoë Park", "Ada Lund", "Blake Ito", "Blake Ito", "Émile Roy", "bo"};
+  for (auto const& a : names) {
+    for (auto const& b : names) {
+      const int by_keys = LocalizedSortKey(a).Compare(LocalizedSortKey(b));
+      const int by_text = CompareLocalizedString(a, b);
+      EXPECT_EQ(by_keys < 0, by_text < 0) << a << " / " << b;
+      EXPECT_EQ(by_keys == 0, by_text == 0) << a << " / " << b;
+    }
+  }
 
   const std::string mixed = "李雷 says hi 😀";
   const std::wstring wide = StringToWString(mixed);

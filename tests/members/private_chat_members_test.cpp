@@ -178,6 +178,72 @@ TEST_F(MemberListTest, ThePolicyGreysRowsAndShowsItsHint) {
   EXPECT_TRUE(vm_->PickPropValue(VM::kPropAuthorityHint).GetBoolean("hidden"));
 }
 
+TEST_F(MemberListTest, OrientationFoldsAndTheWebinarsAnalyticsSayWhereAndWho) {
+  meeting_.context().self_role = Role::kRoleHost;
+  meeting_.members().AddMember(Person("u-w", "Wen Xu"));
+  meeting_.members().SetInWaitingRoom("u-w", true);
+  Attach(Variant(VM::kSourceBullet));
+  Settle();
+  // Only a known orientation rebuilds the list, and it goes out with it.
+  const size_t published = Published();
+  for (Variant bad : {Variant(Variant::Map{{"orientation", 0}}), Variant(Variant::Map{{"orientation", 9}}), Variant(1)}) {
+    vm_->Handle(VM::kActionOrientation, &bad);
+  }
+  EXPECT_EQ(Published(), published);
+  Variant landscape = Variant::Map{{"orientation", 2}};
+  vm_->Handle(VM::kActionOrientation, &landscape);
+  EXPECT_EQ(List().GetInt32("orientation"), 2);
+
+  // The waiting room folds on its own; the second section's click reports "2".
+  Variant waiting = Variant::Map{{"title_type", VM::kTitleWaiting}};
+  vm_->Handle(VM::kActionExpandCollapse, &waiting);
+  EXPECT_TRUE(List().Get("waiting_member_info").GetBoolean("expanded"));
+  EXPECT_FALSE(List().Get("in_meeting_info").GetBoolean("expanded"));
+  auto clicks = base::analytics::RecordedEvents("meetingpage_im_null_search_null_null_click");
+  ASSERT_EQ(clicks.size(), 1u);
+  EXPECT_EQ(clicks[0].properties.at("ope_pos"), "2");
+  EXPECT_EQ(clicks[0].properties.at("ops_role"), "1");
+  Variant attendees = Variant::Map{{"title_type", VM::kTitleAttendees}};
+  vm_->Handle(VM::kActionExpandCollapse, &attendees);
+  EXPECT_EQ(base::analytics::RecordedEvents("meetingpage_im_null_search_null_null_click").size(), 1u)
+      << "the attendees' section has no fold";
+
+  // In a webinar, showing and focusing report from the overlay ("2") with the role.
+  meeting_.context().is_webinar = true;
+  vm_->Handle(VM::kActionShow);
+  vm_->Handle(VM::kActionSearchFocus);
+  vm_->Handle(VM::kActionClose);
+  auto shown = base::analytics::RecordedEvents("meetingpage_im_null_sendto_null_null_explore");
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0].properties.at("ope_pos"), "2");
+  EXPECT_EQ(shown[0].properties.at("webinar_role"), "1");
+  EXPECT_EQ(Reported("meetingpage_im_null_search_null_null_explore"), 1u);
+  EXPECT_EQ(Reported("private_chat_members_close_in_bullet"), 1u);
+}
+
+TEST_F(MembersFixture, WhileSearchingAWebinarAttendeesStillLoadingAreNotShownHalf) {
+  meeting_.context().is_webinar = true;
+  meeting_.context().self_role = Role::kRoleHost;
+  sim::RosterOptions roster;
+  roster.attendees = 3000;
+  sim::PopulateRoster(meeting_, roster);
+  meeting_.member_provider().set_chunk_size(500);
+  Attach();
+  Settle();
+  Type("a");  // most of them
+  clock_.Advance(VM::kSearchDelayMs + 20);  // the first chunk of the answer
+  EXPECT_TRUE(List().GetBoolean("is_attendee_loading"));
+  EXPECT_TRUE(List().Get("waiting_member_info").Get("user_list").Empty()) << "not half a result";
+  Settle();
+  EXPECT_FALSE(List().GetBoolean("is_attendee_loading"));
+  EXPECT_GT(List().Get("waiting_member_info").Get("user_list").Size(), 500u);
+  EXPECT_TRUE(List().GetBoolean("scroll_to_top"));
+  vm_->Handle(VM::kActionClearScrollToTop);
+  meeting_.members().AddMember(Person("a-new", "Ana Lopes", "attendee"));
+  Settle();
+  EXPECT_FALSE(List().GetBoolean("scroll_to_top")) << "the one-shot is spent";
+}
+
 TEST(MemberListHint, TablesForMeetingsAndWebinars) {
   for (int policy = 0; policy <= 3; ++policy) {
     EXPECT_TRUE(VM::GetAuthorityHintInfoForNormal(policy, true).GetBoolean("hidden")) << policy;

@@ -184,6 +184,83 @@ TEST_F(MenuTest, BlockingAndRemovingAskFirstAndHonourTheirCheckBoxes) {
   EXPECT_FALSE(meeting_.shield().shielded("u4"));
 }
 
+// Which items a message's menu has, as one table: the local user's role, the
+// meeting's kind, the message's sender, kind, status and audience, and where
+// the menu was asked.
+TEST_F(MenuTest, TheItemsFollowRoleMeetingMessageAndTarget) {
+  enum : int { kSaveImage = 6, kCopyImage = 7, kPrivate = 18 };
+  enum Kind { kMeeting, kWebinar, kBreakout };
+  using R = talvex::MeetingContext::Role;
+  struct Case {
+    char const* what;
+    R role;
+    Kind kind;
+    bool waiting;
+    std::string from;  // "u-self", "u2" (a member), "u-co" (a co-host)
+    int chat_type;
+    int status;
+    int receiver_type;
+    std::string group;  // "" the meeting's own chat group
+    int target;
+    Types expected;
+  };
+  meeting_.members().AddMember(Variant::Map{{"user_id", "a1"}, {"app_uid", "a1"}, {"app_id", "1400"},
+                                            {"nickname", "Ana"}, {"role", "attendee"}});
+  const std::vector<Case> cases = {
+      {"own text", R::kRoleMember, kMeeting, false, "u-self", 0, 2, 2, "", 0, {kCopy, kDelete, kRecall}},
+      {"own text not sent", R::kRoleMember, kMeeting, false, "u-self", 0, 3, 2, "", 0, {kCopy, kDelete}},
+      {"another's text", R::kRoleMember, kMeeting, false, "u2", 0, 2, 2, "", 0, {kCopy, kDelete}},
+      {"own notice", R::kRoleMember, kMeeting, false, "u-self", 6, 2, 2, "", 0, {kCopy, kDelete}},
+      {"own picture", R::kRoleMember, kMeeting, false, "u-self", 4, 2, 2, "", 0,
+       {kSaveImage, kCopyImage, kDelete, kRecall}},
+      {"host, a member's text", R::kRoleHost, kMeeting, false, "u2", 0, 2, 2, "", 0, {kCopy, kDelete, kKick}},
+      {"co-host, a member's text", R::kRoleCoHost, kMeeting, false, "u2", 0, 2, 2, "", 0,
+       {kCopy, kDelete, kKick}},
+      {"co-host, another co-host's text", R::kRoleCoHost, kMeeting, false, "u-co", 0, 2, 2, "", 0,
+       {kCopy, kDelete}},
+      {"host, a member's notice", R::kRoleHost, kMeeting, false, "u2", 6, 2, 2, "", 0, {kCopy, kDelete}},
+      {"webinar host, an attendee's text", R::kRoleHost, kWebinar, false, "a1", 0, 2, 5, "", 0,
+       {kCopy, kDelete, kBlock, kKick}},
+      {"webinar host, a private text", R::kRoleHost, kWebinar, false, "a1", 0, 2, 1, "", 0,
+       {kCopy, kDelete, kKick}},
+      {"webinar panelist, an attendee's text", R::kRolePanelist, kWebinar, false, "a1", 0, 2, 5, "", 0,
+       {kCopy, kDelete}},
+      {"webinar attendee, own text", R::kRoleAttendee, kWebinar, false, "u-self", 0, 2, 4, "", 0,
+       {kCopy, kDelete}},
+      {"waiting room, own text", R::kRoleMember, kMeeting, true, "u-self", 0, 2, 3, "", 0,
+       {kCopy, kDelete, kRecall}},
+      {"breakout room, own text here", R::kRoleMember, kBreakout, false, "u-self", 0, 2, 2, "", 0,
+       {kCopy, kDelete, kRecall}},
+      {"breakout room, own text of the main room", R::kRoleMember, kBreakout, false, "u-self", 0, 2, 2,
+       "im-main", 0, {kCopy, kDelete}},
+      {"avatar of a member", R::kRoleMember, kMeeting, false, "u2", 0, 2, 2, "", 1, {kPrivate}},
+      {"host, avatar of a member", R::kRoleHost, kMeeting, false, "u2", 0, 2, 2, "", 1, {kPrivate, kKick}},
+  };
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.what);
+    auto& context = meeting_.context();
+    context.self_role = c.role;
+    context.is_webinar = c.kind == kWebinar;
+    context.breakout_started = context.in_breakout_room = c.kind == kBreakout;
+    context.in_waiting_room = c.waiting;
+    const std::string msg = Post(c.from, c.chat_type, c.from == "u-self", c.status);
+    meeting_.messages().Update(msg, [&](Variant& r) {
+      r["in_meeting_info"].Set("receiver_type", c.receiver_type);
+      if (!c.group.empty()) r["in_meeting_info"].Set("group_id", c.group);
+      if (c.receiver_type == 1) r.Set("conv_type", 1);
+    });
+    Types got;
+    const size_t published = vm_->PropSetCount(VM::kPropChatMenuList);
+    Act(VM::kActionShowChatMenu, Variant::Map{{"msg_id", msg}, {"target", c.target}});
+    if (vm_->PropSetCount(VM::kPropChatMenuList) != published) {
+      for (auto const& item : vm_->GetPropValue(VM::kPropChatMenuList)->AsArray()) {
+        got.push_back(item.GetInt32("type"));
+      }
+    }
+    EXPECT_EQ(got, c.expected);
+  }
+}
+
 // In a large webinar the client's member list doesn't know attendees: one is
 // found by name among the attendees, and only with the sender's own ids.
 TEST_F(MenuTest, AWebinarAttendeeIsFoundByNameForRemoval) {
@@ -211,6 +288,16 @@ TEST_F(MenuTest, AWebinarAttendeeIsFoundByNameForRemoval) {
   EXPECT_TRUE(a7_left);
   EXPECT_TRUE(a8_stays) << "the namesake with other ids stays";
   EXPECT_FALSE(meeting_.members().barred("a-7")) << "allowed back";
+
+  // A broken answer of the search asks nothing.
+  const size_t alerts = ui_->alerts().size();
+  for (Variant junk : {Variant(), Variant(3), Variant(Variant::Map{{"user_list", 1}})}) {
+    meeting_.member_provider().FireEvent(1, junk);
+  }
+  Variant wrong(base::variant::kVariantTypeArray);
+  wrong.Add(Variant::Map{{"user_list", Variant::Array{Variant(5), Variant::Map{{"nickname", 7}}}}});
+  meeting_.member_provider().FireEvent(1, wrong);
+  EXPECT_EQ(ui_->alerts().size(), alerts);
 }
 
 // An avatar's menu: a private chat as the meeting's rules allow, and

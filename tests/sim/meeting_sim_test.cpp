@@ -5,7 +5,10 @@
 #include "framework/config/configure_service.h"
 #include "framework/module/module_service.h"
 #include "sim/chat_records.h"
+#include "base/timer/tx_timer.h"
+#include "framework/meeting/member_provider.h"
 #include "sim/meeting_sim.h"
+#include "sim/roster.h"
 #include "support/test_util.h"
 
 namespace {
@@ -221,3 +224,125 @@ TEST(MeetingSimTest, RedPacketsKnowWhoIsTheLocalUser) {
 }
 
 }  // namespace
+
+// The member provider (638): sections by provider for who the local user is,
+// search in any case, large lists in chunks, the search of all attendees, and
+// answers again when members come and go.
+TEST(MeetingSimTest, TheMemberProviderStreamsSectionsAndSearches) {
+  namespace mp = talvex_common::utils::memberprovider;
+  talvex_common::utils::timer::ManualTimerClock clock;
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  meeting.context().is_webinar = true;
+  meeting.context().self_role = talvex::MeetingContext::kRoleHost;
+  sim::RosterOptions roster;
+  roster.panelists = 2;
+  roster.attendees = 2500;
+  roster.waiting = 1;
+  sim::PopulateRoster(meeting, roster);
+  meeting.members().AddMember(Variant::Map{{"user_id", "u-self"}, {"nickname", "Alex Morgan"}, {"role", "host"}});
+  auto& provider = meeting.member_provider();
+  provider.set_chunk_size(1000);
+  std::vector<Variant> events;
+  std::vector<Variant> all_search;
+  provider.Subscribe(mp::kEventSections, 1, std::make_shared<framework::EventHandler>([&](Variant const* p) {
+                       events.push_back(*p);
+                     }));
+  provider.Subscribe(mp::kEventAllSearchUserList, 1, std::make_shared<framework::EventHandler>([&](Variant const* p) {
+                       all_search.push_back(*p);
+                     }));
+  auto section = [](Variant const& sections, char const* id) {
+    for (auto const& s : sections.AsArray()) {
+      if (s.GetString("provider_id") == id) return s;
+    }
+    return Variant();
+  };
+
+  Variant which(2);
+  EXPECT_FALSE(provider.Invoke(mp::kMethodActivate, &which, nullptr)) << "only the chat's providers";
+  which = Variant(mp::kActivateForIm);
+  Variant activated;
+  ASSERT_TRUE(provider.Invoke(mp::kMethodActivate, &which, &activated));
+  const int64_t id = activated.GetInteger("activate_id");
+  EXPECT_TRUE(events.empty()) << "answers come on the host's timers";
+  clock.Advance(200);
+  ASSERT_EQ(events.size(), 3u) << "2,500 attendees in chunks of 1,000";
+  Variant const first = section(events[0], mp::kAttendeeMembersForImProvider);
+  EXPECT_TRUE(first.GetBoolean("is_loading"));
+  EXPECT_EQ(first.Get("user_list").Size(), 1000u);
+  EXPECT_EQ(first.GetInteger("total_count"), 2500);
+  Variant const last = section(events.back(), mp::kAttendeeMembersForImProvider);
+  EXPECT_FALSE(last.GetBoolean("is_loading"));
+  EXPECT_EQ(last.Get("user_list").Size(), 2500u);
+  Variant const in_meeting = section(events.back(), mp::kInMeetingMembersForImProvider);
+  EXPECT_EQ(in_meeting.Get("user_list").Size(), 2u) << "the panelists; never the local user";
+  EXPECT_EQ(in_meeting.Get("user_list")[0].GetInteger("sort_key"), mp::kSortKeyPanelist);
+  EXPECT_EQ(section(events.back(), mp::kWaitingMembersProvider).Get("user_list").Size(), 1u);
+  EXPECT_EQ(last.GetInteger("activate_id"), id);
+
+  // Search, in any case.
+  events.clear();
+  const std::string name = sim::RosterName(700);
+  Variant ask = Variant::Map{{"activate_id", id}, {"search_str", QString::fromStdString(name).toUpper().toStdString()}};
+  ASSERT_TRUE(provider.Invoke(mp::kMethodSearch, &ask, nullptr));
+  clock.Advance(100);
+  ASSERT_FALSE(events.empty());
+  Variant const found = section(events.back(), mp::kAttendeeMembersForImProvider);
+  EXPECT_TRUE(found.GetBoolean("is_searching"));
+  ASSERT_GE(found.Get("user_list").Size(), 1u);
+  for (auto const& user : found.Get("user_list").AsArray()) EXPECT_EQ(user.GetString("nickname"), name);
+
+  // A member who leaves is gone from the next answer.
+  events.clear();
+  ask.Set("search_str", "");
+  provider.Invoke(mp::kMethodSearch, &ask, nullptr);
+  meeting.members().RemoveMember("p-0");
+  clock.Advance(200);
+  EXPECT_EQ(section(events.back(), mp::kInMeetingMembersForImProvider).Get("user_list").Size(), 1u);
+
+  // One search of all attendees, answered once.
+  Variant all = Variant::Map{{"provider_id", mp::kAttendeeMembersForImProvider}, {"search_str", name}};
+  ASSERT_TRUE(provider.Invoke(mp::kMethodSearchAll, &all, nullptr));
+  clock.Advance(100);
+  ASSERT_EQ(all_search.size(), 1u);
+  EXPECT_GE(all_search[0][0].Get("user_list").Size(), 1u);
+
+  // An attendee is shown no attendees; stopped, nothing more comes.
+  Variant stop = Variant::Map{{"activate_id", id}};
+  EXPECT_TRUE(provider.Invoke(mp::kMethodDeactivate, &stop, nullptr));
+  EXPECT_EQ(provider.active_count(), 0u);
+  meeting.context().self_role = talvex::MeetingContext::kRoleAttendee;
+  events.clear();
+  provider.Invoke(mp::kMethodActivate, &which, nullptr);
+  clock.Advance(100);
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_TRUE(section(events[0], mp::kAttendeeMembersForImProvider).IsNull());
+  EXPECT_TRUE(section(events[0], mp::kWaitingMembersProvider).IsNull());
+  provider.Unsubscribe(1);
+}
+
+TEST(MeetingSimTest, ChatConditionsNameBothEnds) {
+  sim::MeetingSimulator meeting;
+  meeting.Install();
+  meeting.context().self_role = talvex::MeetingContext::kRoleCoHost;
+  std::string sender;
+  std::string receiver;
+  const std::vector<std::pair<Variant, std::string>> cases = {
+      {Variant(), "6"},
+      {Variant::Map{{"receiver_type", 3}}, "7"},
+      {Variant::Map{{"receiver_type", 4}}, "8"},
+      {Variant::Map{{"receiver_type", 5}}, "9"},
+      {Variant::Map{{"receiver_type", 6}, {"user_id", "w"}}, "5"},
+      {Variant::Map{{"receiver_type", 1}, {"user_id", "p"}, {"role", "panelist"}}, "3"},
+      {Variant::Map{{"receiver_type", 1}, {"user_id", "a"}, {"role", "attendee"}}, "4"},
+      {Variant::Map{{"receiver_type", 1}, {"user_id", "m"}}, "0"},
+  };
+  for (auto const& [to, expected] : cases) {
+    talvex::ChatUtils::GetChatCondition(to, sender, receiver);
+    EXPECT_EQ(sender, "2");
+    EXPECT_EQ(receiver, expected) << framework::VariantToString(&to);
+  }
+  meeting.context().in_waiting_room = true;
+  talvex::ChatUtils::GetChatCondition(Variant(), sender, receiver);
+  EXPECT_EQ(sender, "5");
+}

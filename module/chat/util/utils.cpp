@@ -144,6 +144,15 @@ bool UserIsInWaitingRoomMemberList(std::string const& user_id) {
   return UserIsInList(kMemberMethodWaitingRoomMembers, user_id);
 }
 
+void SubscribeHostModel(framework::UIViewModel* view_model, int model_id, std::initializer_list<uint32_t> events,
+                        std::function<void(Variant const*)> handler) {
+  auto model = framework::module::GetAppModuleModel(model_id);
+  if (!model || !view_model) return;
+  framework::ViewModel::RecordSubscribe(model, view_model);
+  auto shared = std::make_shared<framework::EventHandler>(std::move(handler));
+  for (uint32_t event : events) model->Subscribe(event, framework::SubscriberId(view_model), shared);
+}
+
 bool InvokeHostModel(int model, uint32_t method, Variant const* params, Variant* result) {
   auto host = framework::module::GetAppModuleModel(model);
   return host && host->Invoke(method, params, result);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <initializer_list>
 #include <string>
 
 #include "base/variant/variant.h"
@@ -58,6 +60,11 @@ bool UserIsInWaitingRoomMemberList(std::string const& user_id);
 bool InvokeHostModel(int model, uint32_t method, Variant const* params, Variant* result);
 // The answer of such a call, null when there is none.
 Variant AskHostModel(int model, uint32_t method, Variant const* params = nullptr);
+// Subscribes a view model to events of one of the client's models, recorded
+// so that the subscription ends with the view model; nothing when the model
+// is absent.
+void SubscribeHostModel(framework::UIViewModel* view_model, int model, std::initializer_list<uint32_t> events,
+                        std::function<void(Variant const*)> handler);
 // Copies a local file into the user's downloads under its own name, or
 // "name (n).ext" when that is taken; the new path, "" on failure.
 std::string CopyToDownloads(std::string const& path);

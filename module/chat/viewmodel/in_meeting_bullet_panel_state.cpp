@@ -76,12 +76,8 @@ bool InMeetingBulletViewModel::OthersSilenced() const {
 
 void InMeetingBulletViewModel::SubscribePanelEvents() {
   const uint64_t self = framework::SubscriberId(this);
-  auto on = [this, self](int id, std::initializer_list<uint32_t> events, std::function<void(Variant const*)> fn) {
-    auto model = framework::module::GetAppModuleModel(id);
-    if (!model) return;
-    RecordSubscribe(model, this);
-    auto handler = std::make_shared<framework::EventHandler>(std::move(fn));
-    for (uint32_t event : events) model->Subscribe(event, self, handler);
+  auto on = [this](int id, std::initializer_list<uint32_t> events, std::function<void(Variant const*)> fn) {
+    SubscribeHostModel(this, id, events, std::move(fn));
   };
   on(kBulletSettingsModel, {8}, [this](Variant const* p) { OnEventMeetingShowBullet(p); });
   on(kBulletSettingsModel, {9}, [this](Variant const* p) { OnEventMeetingNewMsgBullet(p); });

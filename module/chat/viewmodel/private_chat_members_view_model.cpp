@@ -91,12 +91,8 @@ void PrivateChatMembersViewModel::OnViewAttached(Variant const* params) {
   framework::StatefulViewModel::OnViewAttached(params);
   if (params && params->IsInteger()) source_ = params->AsInt32();
   const uint64_t self = framework::SubscriberId(this);
-  auto on = [this, self](int id, std::initializer_list<uint32_t> events, std::function<void(Variant const*)> fn) {
-    auto model = framework::module::GetAppModuleModel(id);
-    if (!model) return;
-    RecordSubscribe(model, this);
-    auto handler = std::make_shared<framework::EventHandler>(std::move(fn));
-    for (uint32_t event : events) model->Subscribe(event, self, handler);
+  auto on = [this](int id, std::initializer_list<uint32_t> events, std::function<void(Variant const*)> fn) {
+    SubscribeHostModel(this, id, events, std::move(fn));
   };
   on(mp::kModelId, {mp::kEventSections, mp::kEventAllSearchUserList},
      [this](Variant const* p) { OnEventSections(p); });
