@@ -51,7 +51,8 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       tip_resources_(std::make_shared<TipResourceModel>()),
       red_packets_(std::make_shared<RedPacketModel>()),
       banners_(std::make_shared<BannerModel>()),
-      send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)) {
+      send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)),
+      notice_service_(std::make_unique<MeetingNoticeService>()) {
   files_->set_messages(messages_.get());
   for (int id : {539, 1000001, 1000020, 622, 647, 590, 610, 591}) {
     plain_models_[id] = std::make_shared<SimModel>(id);
@@ -89,6 +90,7 @@ void MeetingSimulator::Install() {
   configure->SetDefaults(DefaultRemoteConfig());
   configure->LoadFile(remote_config_file_);
   framework::module::GetModuleService()->SetApplicationModule(application_);
+  talvexsdk::utils::service::SetMeetingService(notice_service_.get());
   talvex::MeetingContext::Reset();
   auto& self = talvex::MeetingContext::Current();
   self.self_user_id = "u-self";
@@ -104,6 +106,9 @@ void MeetingSimulator::Uninstall() {
   auto* service = framework::module::GetModuleService();
   if (service->GetApplicationModule() == application_.get()) service->SetApplicationModule(nullptr);
   application_->Clear();
+  if (talvexsdk::utils::service::GetMeetingService() == notice_service_.get()) {
+    talvexsdk::utils::service::SetMeetingService(nullptr);
+  }
   talvex::MeetingContext::Reset();
   installed_ = false;
 }

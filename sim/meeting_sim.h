@@ -8,6 +8,7 @@
 #include "framework/module/app_module.h"
 #include "framework/settings/settings_model.h"
 #include "sim/chat_send_desk.h"
+#include "sim/meeting_notice_service.h"
 #include "sim/models/chat_authority_model.h"
 #include "sim/models/chat_file_model.h"
 #include "sim/models/chat_message_model.h"
@@ -72,6 +73,8 @@ class MeetingSimulator {
   PrivateChatModel& private_chats() { return *private_chats_; }
   NetworkModel& network() { return *network_; }
   ChatSendDesk& send_desk() { return *send_desk_; }
+  // The meeting service's notice, installed as the client's meeting service.
+  MeetingNoticeService& notices() { return *notice_service_; }
   BulletSettingsModel& bullet_settings() { return *bullet_settings_; }
   ScreenShareModel& screen_share() { return *screen_share_; }
   PicInPicModel& pic_in_pic() { return *pic_in_pic_; }
@@ -118,6 +121,7 @@ class MeetingSimulator {
   std::shared_ptr<BannerModel> banners_;
   std::map<int, std::shared_ptr<SimModel>> plain_models_;
   std::unique_ptr<ChatSendDesk> send_desk_;
+  std::unique_ptr<MeetingNoticeService> notice_service_;
 };
 
 }  // namespace sim

@@ -353,7 +353,9 @@ TEST_F(MembersFixture, AWebinarOfTenThousandStreamsInChunksAndSearchesAttendeesA
   EXPECT_EQ(attendees[0], "#2");
   EXPECT_NE(std::find(attendees.begin(), attendees.end(), name), attendees.end());
   for (auto const& row : list.Get("waiting_member_info").Get("user_list").AsArray()) {
-    if (row.GetInt32("type") != VM::kRowTitle) EXPECT_EQ(row.GetInt32("type"), VM::kRowAttendee);
+    if (row.GetInt32("type") != VM::kRowTitle) {
+      EXPECT_EQ(row.GetInt32("type"), VM::kRowAttendee);
+    }
   }
   Variant const attendee = list.Get("waiting_member_info").Get("user_list")[1];
   vm_->Handle(VM::kActionSelectMember, &attendee);

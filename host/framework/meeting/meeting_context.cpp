@@ -1,5 +1,8 @@
 #include "framework/meeting/meeting_context.h"
 
+#include <QString>
+#include <QStringList>
+
 #include <algorithm>
 #include <vector>
 
@@ -29,6 +32,15 @@ void GetNicknameAvatar(std::string& nickname, std::string& avatar) {
   nickname = Ctx().nickname;
   avatar = Ctx().avatar;
 }
+std::string GetNicknameAvatar(std::string const& nickname) {
+  QString letters;
+  for (QString const& word : QString::fromStdString(nickname).split(' ', Qt::SkipEmptyParts)) {
+    letters += word.at(0).toUpper();
+    if (letters.size() == 2) break;
+  }
+  return letters.isEmpty() ? std::string("?") : letters.toStdString();
+}
+
 bool IsInInternalMeeting() { return Ctx().internal; }
 bool IsMeetingAnonymous() { return Ctx().anonymous; }
 bool IsMeetingCreator() { return Ctx().creator; }

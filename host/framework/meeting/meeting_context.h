@@ -61,6 +61,9 @@ uint32_t GetMeetingTypeFlags();
 std::string GetSelfAppUid();
 // The local user's nickname and avatar address.
 void GetNicknameAvatar(std::string& nickname, std::string& avatar);
+// The letters an avatar without a picture shows for a name: the first letter
+// of its first two words ("Riley Chen" -> "RC"), "?" for an empty name.
+std::string GetNicknameAvatar(std::string const& nickname);
 bool IsInInternalMeeting();
 bool IsMeetingAnonymous();
 bool IsMeetingCreator();

@@ -28,7 +28,7 @@ framework::ModelPtr ChatModelProvider::Build(int id) {
     case kMeetingNoticeModelId:
       return std::make_shared<MeetingNoticeModel>();
     case kMeetingNoticeBizModelId:
-      return std::make_shared<MeetingNoticeBizModel>();
+      return std::make_shared<MeetingNoticeBizModel>(runtime_);
     case kChatSendMessageBizModelId:
       return std::make_shared<ChatSendMessageBizModel>(runtime_);
     case kChatBizModelId:
