@@ -29,9 +29,12 @@ class ChatRuntimeTest : public ::testing::Test {
 
 TEST_F(ChatRuntimeTest, ActivationAddsTheSidebarAppAndUnactivateTakesItAllDown) {
   ASSERT_TRUE(runtime_.Activate());
-  EXPECT_EQ(runtime_.GetModelProvider()->ModelCount(), 3u);
+  // The send and message models, the notice's rule model and the notice
+  // model it stands on.
+  EXPECT_EQ(runtime_.GetModelProvider()->ModelCount(), 4u);
   ASSERT_NE(runtime_.ModelOf(chat::kChatBizModelId), nullptr);
-  EXPECT_EQ(meeting_.meeting().SubscriberCount(1), 1u);
+  // The chat state, the notice and its rules follow the meeting's join.
+  EXPECT_EQ(meeting_.meeting().SubscriberCount(1), 3u);
   EXPECT_EQ(meeting_.cell_height().SubscriberCount(0), 1u);
   auto calls = meeting_.sidebar().InvocationsOf(19);
   ASSERT_EQ(calls.size(), 1u);
@@ -59,7 +62,7 @@ TEST_F(ChatRuntimeTest, ActivationSkipsMissingClientModels) {
   meeting_.RemoveModel(641);
   meeting_.RemoveModel(10014);
   ASSERT_TRUE(runtime_.Activate());
-  EXPECT_EQ(runtime_.GetModelProvider()->ModelCount(), 3u);
+  EXPECT_EQ(runtime_.GetModelProvider()->ModelCount(), 4u);
   EXPECT_EQ(meeting_.cell_height().SubscriberCount(0), 0u);
   runtime_.Unactivate();
   EXPECT_TRUE(meeting_.sidebar().invocations().empty());
