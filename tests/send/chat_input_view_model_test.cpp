@@ -185,7 +185,7 @@ TEST_F(InputTest, AHeldPublicSendIsConfirmedOrDropped) {
   EXPECT_TRUE(alert->request.top_most);
   auto pending = chat::InvokeChatBizModel(&runtime_, ChatModel::kHasReminder);
   EXPECT_TRUE(pending && !pending->AsBoolean()) << "the open alert holds back a second reminder";
-  ASSERT_TRUE(ui_->Answer(alert->id, 2));
+  ASSERT_TRUE(ui_->Answer(alert->id, framework::kAlertButtonPositive));
   EXPECT_EQ(SentTexts(), Strings{"to everyone"}) << "the mixed list goes once confirmed";
 
   // A text held by the send model itself goes by the text method; a cancel
@@ -193,10 +193,13 @@ TEST_F(InputTest, AHeldPublicSendIsConfirmedOrDropped) {
   Ask(ChatModel::kSetReminderDisabled, false);
   EXPECT_TRUE(SendText(TextParams("held text")));
   ASSERT_NE(ui_->LastOpenAlert(), nullptr);
-  ASSERT_TRUE(ui_->Answer(ui_->LastOpenAlert()->id, 2));
+  ASSERT_TRUE(ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive));
   Ask(ChatModel::kSetReminderDisabled, false);
   EXPECT_TRUE(SendText(TextParams("never mind")));
-  ASSERT_TRUE(ui_->Answer(ui_->LastOpenAlert()->id, 0));
+  ASSERT_TRUE(ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonClosed)) << "closed: dropped";
+  Ask(ChatModel::kSetReminderDisabled, false);
+  EXPECT_TRUE(SendText(TextParams("never mind")));
+  ASSERT_TRUE(ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonNegative));
   EXPECT_EQ(SentTexts(), (Strings{"to everyone", "held text"}));
   EXPECT_EQ(Reported("inmeeting_im_null_null_cancel_null_clk"), 1u);
 

@@ -260,11 +260,12 @@ void ChatInputViewModel::ConfirmSend(Variant const* payload) {
       .SetTopMost(true)
       .SetInteractiveFunc([this, weak, message, send_type](long, int button, Variant*) {
         if (weak.expired()) return;
-        if (button == 0) {
+        if (button == framework::kAlertButtonNegative) {
           analytics::LogEvent("inmeeting_im_null_null_cancel_null_clk");
           return;
         }
-        if (button != 2) return;
+        // Closed without an answer: dropped, like a cancel but unreported.
+        if (button != framework::kAlertButtonPositive) return;
         analytics::LogEvent("inmeeting_im_null_null_send_null_clk");
         switch (send_type) {
           case 0:
