@@ -9,6 +9,12 @@
 #include "chat/biz_model/meeting_notice_biz_model.h"
 #include "chat/model/meeting_notice_model.h"
 #include "chat/runtime/chat_module_runtime.h"
+#include "chat/util/utils.h"
+#include "chat/viewmodel/meeting_notice_view_model.h"
+#include "chat/viewmodel/view_model_types.h"
+#include "framework/navigation/routing.h"
+#include "framework/resource/resource.h"
+#include "sim/chat_records.h"
 #include "framework/ui/ui_service.h"
 #include "sim/meeting_sim.h"
 #include "support/test_util.h"
@@ -20,12 +26,17 @@ using Biz = chat::MeetingNoticeBizModel;
 using Notice = chat::MeetingNoticeModel;
 using Role = talvex::MeetingContext::Role;
 
+std::string Text(char const* name) { return talvex_common::utils::GetLocalizedString(framework::NameId(name)); }
+
 class NoticeTest : public ::testing::Test {
  protected:
   void SetUp() override {
     talvex_test::IsolateUserDirectories();
     base::analytics::ClearRecordedEvents();
-    framework::SetUIService(std::make_shared<framework::RecordingUIService>());
+    ui_ = std::make_shared<framework::RecordingUIService>();
+    framework::SetUIService(ui_);
+    framework::NavigateService::Instance()->ClearOpened();
+    chat::WriteLocalSetting(chat::MeetingNoticeViewModel::kBannerMemoryKey, Variant(""));
     meeting_.Install();
     meeting_.meeting_settings().SetSwitch("notice_enable", true);
     meeting_.members().AddMember(Variant::Map{{"user_id", "u-host"}, {"app_uid", "u-host"}, {"app_id", "1400"},
@@ -71,6 +82,7 @@ class NoticeTest : public ::testing::Test {
   chat::ChatModuleRuntime runtime_;
   std::shared_ptr<Biz> biz_;
   std::vector<Variant> infos_, sends_, reads_;
+  std::shared_ptr<framework::RecordingUIService> ui_;
 };
 
 TEST_F(NoticeTest, ANewNoticeArrivesUnreadAndOpeningItReadsIt) {
@@ -245,6 +257,130 @@ TEST_F(NoticeTest, LeavingForgetsTheNoticeAndABreakoutRoomReadsTheMainMeetings) 
   clock_.Advance(100);
   EXPECT_EQ(meeting_.notices().meeting_id(), main);
   EXPECT_EQ(Shown(), "Welcome!");
+}
+
+// The notice dialog's view model as the dialog drives it.
+class NoticeDialogTest : public NoticeTest {
+ protected:
+  using VM = chat::MeetingNoticeViewModel;
+  void Open(int type = chat::kViewModelMeetingNotice, Variant params = Variant()) {
+    vm_ = runtime_.GetViewModelProvider()->CreateViewModel(type);
+    ASSERT_NE(vm_, nullptr);
+    vm_->DidCreated(nullptr);
+    vm_->DidAttached(&params);
+  }
+  void TearDown() override {
+    if (vm_) vm_->DidDetached();
+    vm_.reset();
+    NoticeTest::TearDown();
+  }
+  void Act(uint32_t action, Variant params) { vm_->Handle(action, &params); }
+  Variant Info() const { return vm_->PickPropValue(VM::kPropNoticeInfo); }
+  std::string LastToast() const { return ui_->toasts().empty() ? "" : ui_->toasts().back().text; }
+  std::shared_ptr<framework::ViewModel> vm_;
+};
+
+TEST_F(NoticeDialogTest, AHostPublishesWithConfirmationAndTheDialogClosesItself) {
+  meeting_.context().self_role = Role::kRoleHost;
+  Open();
+  EXPECT_TRUE(Info().GetBoolean("MeetingNoticeMeetingNoticeInfoFields_kBooleanIsEdit")) << "empty: straight to editing";
+  EXPECT_FALSE(vm_->PickPropValue(VM::kPropUiData).GetString("MeetingNoticeUiDataFields_kStringSendStr").empty());
+
+  // Blank with nothing to clear: said, not asked.
+  Act(VM::kActionSend, Variant("   "));
+  EXPECT_EQ(ui_->LastOpenAlert(), nullptr);
+  EXPECT_FALSE(LastToast().empty());
+
+  Act(VM::kActionSend, Variant("Slides after the call."));
+  auto const* alert = ui_->LastOpenAlert();
+  ASSERT_NE(alert, nullptr);
+  ASSERT_TRUE(ui_->Answer(alert->id, framework::kAlertButtonPositive));
+  EXPECT_EQ(ui_->loadings().size(), 1u) << "publishing shows progress";
+  clock_.Advance(100);
+  EXPECT_EQ(LastToast(), Text("chat.notice.sent"));
+  EXPECT_EQ(biz_->info().GetInteger("notice_version"), 1) << "the dialog is closing; the rules hold the new notice";
+  EXPECT_EQ(Shown(), "Slides after the call.");
+  Variant const memory = VM::ReadBannerMemory();
+  EXPECT_TRUE(memory.GetBoolean("should_show_top_notice"));
+  EXPECT_EQ(memory.GetInteger("notice_version"), 1);
+  EXPECT_EQ(vm_->PropSetCount(VM::kPropClose), 0u);
+  clock_.Advance(VM::kCloseDelayMs);
+  EXPECT_EQ(vm_->PropSetCount(VM::kPropClose), 1u);
+
+  // Blank over a notice: a clear, asked as one.
+  Act(VM::kActionStartEdit, Variant());
+  Act(VM::kActionSend, Variant(" \n"));
+  ASSERT_NE(ui_->LastOpenAlert(), nullptr);
+  EXPECT_EQ(ui_->LastOpenAlert()->request.title, Text("chat.notice.clear_confirm"));
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive);
+  clock_.Advance(100);
+  EXPECT_EQ(LastToast(), Text("chat.notice.cleared"));
+  EXPECT_EQ(meeting_.messages().InvocationsOf(47).size(), 1u) << "only the publish told the chat";
+}
+
+TEST_F(NoticeDialogTest, LeavingAnEditWithChangesAsksFirst) {
+  meeting_.context().self_role = Role::kRoleHost;
+  PublishByHost("Agenda: intro.");
+  Open();
+  Act(VM::kActionStartEdit, Variant());
+  ASSERT_TRUE(biz_->is_edit());
+  Act(VM::kActionCancelEdit, Variant("Agenda: intro."));
+  EXPECT_FALSE(biz_->is_edit()) << "unchanged: no question";
+  EXPECT_EQ(ui_->LastOpenAlert(), nullptr);
+
+  Act(VM::kActionStartEdit, Variant());
+  Act(VM::kActionCancelEdit, Variant("Agenda: intro, then questions."));
+  ASSERT_NE(ui_->LastOpenAlert(), nullptr);
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonNegative);
+  EXPECT_TRUE(biz_->is_edit()) << "kept editing";
+  Act(VM::kActionCancelEdit, Variant("Agenda: intro, then questions."));
+  ui_->Answer(ui_->LastOpenAlert()->id, framework::kAlertButtonPositive);
+  EXPECT_FALSE(biz_->is_edit());
+
+  // A participant can't start editing; the reason shows.
+  meeting_.context().self_role = Role::kRoleMember;
+  const size_t toasts = ui_->toasts().size();
+  Act(VM::kActionStartEdit, Variant());
+  EXPECT_EQ(ui_->toasts().size(), toasts + 1);
+  EXPECT_FALSE(biz_->is_edit());
+}
+
+TEST_F(NoticeDialogTest, LinksOpenOnlyOnTheWebAndBadInputDoesNothing) {
+  Open();
+  Act(VM::kActionShowWebView, Variant("javascript:alert(1)"));
+  Act(VM::kActionShowWebView, Variant(5));
+  EXPECT_TRUE(framework::NavigateService::Instance()->opened().empty());
+  Act(VM::kActionShowWebView, Variant("https://talvex-demo.org/agenda"));
+  ASSERT_EQ(framework::NavigateService::Instance()->opened().size(), 1u);
+  for (Variant bad : {Variant(), Variant(3), Variant(base::variant::kVariantTypeMap)}) {
+    Act(VM::kActionSend, bad);
+    vm_->Handle(VM::kActionCancelEdit, nullptr);
+  }
+  EXPECT_EQ(ui_->LastOpenAlert(), nullptr);
+  EXPECT_EQ(meeting_.notices().modify_count(), 0);
+}
+
+TEST_F(NoticeDialogTest, AHistoryNoticeIsReadOnlyWhateverTheRole) {
+  meeting_.context().self_role = Role::kRoleHost;
+  Variant content = Variant::Array{Variant::Map{{"item_type", 0}, {"item_content", "Old agenda: "}},
+                                   Variant::Map{{"item_type", 2}, {"item_content", "https://a.example"}}};
+  Variant record = sim::ChatRecord(meeting_.meeting().meeting_id(), sim::Sender("u-host", "Riley Chen"), 6, content);
+  record.Set("msg_format_time", "09:30");
+  const std::string msg_id = meeting_.messages().Post(record);
+  Open(chat::kViewModelHistoryMeetingNotice, Variant::Map{{"msg_id", msg_id}});
+  Variant const info = Info();
+  EXPECT_FALSE(info.GetBoolean("MeetingNoticeMeetingNoticeInfoFields_kBooleanCanEdit"));
+  EXPECT_FALSE(info.GetBoolean("MeetingNoticeMeetingNoticeInfoFields_kBooleanIsEdit"));
+  EXPECT_EQ(info.GetString("MeetingNoticeMeetingNoticeInfoFields_kStringSendTimeStr"), "09:30");
+  ASSERT_EQ(info.Get("MeetingNoticeMeetingNoticeInfoFields_kArrayNoticeContent").Size(), 2u);
+  EXPECT_EQ(info.Get("MeetingNoticeMeetingNoticeInfoFields_kArrayNoticeContent")[1].GetInt32(
+                "MeetingNoticeMeetingNoticeInfoFields_kIntegerNoticeContentType"),
+            2);
+  EXPECT_EQ(info.Get("sender").GetString("nick_name"), "Riley Chen");
+
+  vm_->DidDetached();
+  Open(chat::kViewModelHistoryMeetingNotice, Variant::Map{{"msg_id", "no-such-message"}});
+  EXPECT_FALSE(vm_->HasProp(VM::kPropNoticeInfo));
 }
 
 }  // namespace

@@ -23,6 +23,8 @@ enum ChatViewModelType : int {
   kViewModelRecordPanelHistoryList = 1021,
   kViewModelPanelInput = 1022,
   kViewModelPrivateChatMembers = 1023,
+  kViewModelMeetingNotice = 1024,
+  kViewModelHistoryMeetingNotice = 1025,
   kViewModelQuickOperation = 1030,
 };
 
