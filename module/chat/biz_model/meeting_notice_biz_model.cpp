@@ -20,9 +20,6 @@ namespace chat {
 
 namespace {
 using Notice = MeetingNoticeModel;
-constexpr uint32_t kNoticeMeetingJoined = 1;
-constexpr uint32_t kNoticeMeetingLeft = 2;
-constexpr uint32_t kNoticeMeetingRoomChanged = 18;
 constexpr uint32_t kMemberEventHostChanged = 6;
 constexpr uint32_t kMemberEventCoHostChanged = 7;
 constexpr uint32_t kMemberEventSelfInfo = 73;
@@ -59,8 +56,8 @@ void MeetingNoticeBizModel::Init() {
     PublishReadMark();
   });
   auto meeting = framework::module::GetAppModuleModel(kHostMeetingModel);
-  on(meeting, {kNoticeMeetingJoined, kNoticeMeetingRoomChanged}, [this](Variant const*) { RefreshNoticeInfo(true); });
-  on(meeting, {kNoticeMeetingLeft}, [this](Variant const* p) { OnEventLeaveComplete(p); });
+  on(meeting, {kMeetingEventJoined, kMeetingEventRoomChanged}, [this](Variant const*) { RefreshNoticeInfo(true); });
+  on(meeting, {kMeetingEventLeft}, [this](Variant const* p) { OnEventLeaveComplete(p); });
   auto members = framework::module::GetAppModuleModel(kHostMemberModel);
   on(members, {kMemberEventHostChanged, kMemberEventCoHostChanged}, [this](Variant const* p) { OnEventHostChanged(p); });
   on(members, {kMemberEventSelfInfo}, [this](Variant const* p) { OnEventSelfInfoUpdate(p); });

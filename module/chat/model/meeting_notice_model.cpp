@@ -11,9 +11,6 @@ namespace chat {
 
 namespace {
 constexpr uint32_t kMeetingMethodJoined = 3;
-constexpr uint32_t kNoticeMeetingJoined = 1;
-constexpr uint32_t kNoticeMeetingLeft = 2;
-constexpr uint32_t kNoticeMeetingRoomChanged = 18;
 constexpr uint32_t kMemberMethodByUniqueId = 82;
 constexpr uint32_t kMemberMethodByAppIds = 47;
 constexpr int kNoticeMaxLength = 1000;
@@ -35,9 +32,9 @@ void MeetingNoticeModel::Init() {
   const uint64_t self = framework::SubscriberId(this);
   if (auto meeting = framework::module::GetAppModuleModel(kHostMeetingModel)) {
     auto moved = std::make_shared<framework::EventHandler>([this](Variant const* p) { OnEventJoinedOrMoved(p); });
-    meeting->Subscribe(kNoticeMeetingJoined, self, moved);
-    meeting->Subscribe(kNoticeMeetingRoomChanged, self, moved);
-    meeting->Subscribe(kNoticeMeetingLeft, self,
+    meeting->Subscribe(kMeetingEventJoined, self, moved);
+    meeting->Subscribe(kMeetingEventRoomChanged, self, moved);
+    meeting->Subscribe(kMeetingEventLeft, self,
                        std::make_shared<framework::EventHandler>([this](Variant const* p) { OnEventLeft(p); }));
   }
   auto* service = Service();

@@ -39,6 +39,8 @@ enum HostModelId : int {
 constexpr uint32_t kMemberMethodWaitingRoomList = 35;     // kHostMemberModel: who waits in the waiting room
 constexpr uint32_t kMemberMethodWaitingRoomMembers = 37;  // kHostMemberModel: the waiting room's member list
 constexpr uint32_t kMeetingEventJoined = 1;               // kHostMeetingModel: the meeting is joined
+constexpr uint32_t kMeetingEventLeft = 2;                 // kHostMeetingModel: the meeting was left
+constexpr uint32_t kMeetingEventRoomChanged = 18;         // kHostMeetingModel: moved to another room
 
 constexpr char kModuleName[] = "chat";
 
