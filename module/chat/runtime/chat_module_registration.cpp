@@ -173,7 +173,7 @@ void LoadUI(framework::module::ModuleRuntime* runtime) {
   controllers->IocRegister(kChatPageSchemes[0], [] { return std::make_shared<ChatController>(); });
   controllers->IocRegister(kChatPageSchemes[1], [] { return std::make_shared<QtView::EmojiBulletController>(); });
   controllers->IocRegister(kChatPageSchemes[2], [] { return std::make_shared<ChatRecordQTController>(); });
-  controllers->IocRegister(kChatPageSchemes[3], [] { return std::make_shared<MeetingNoticeContoller>(); });
+  controllers->IocRegister(kChatPageSchemes[3], [runtime] { return std::make_shared<MeetingNoticeContoller>(runtime); });
   if (ui.proxy) {
     ui.proxy->RegisterRoute(0, "talvex://page/chat_record_qt");
     ui.proxy->RegisterRoute(0, "talvex://page/meeting_notice");

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "base/log/log.h"
+#include "chat/ui/desktop/view/notice/meeting_notice_view.h"
 #include "framework/resource/resource.h"
 #include "framework/viewmodel/view_model.h"
 
@@ -102,8 +103,10 @@ ChatController::ChatController()
 ChatRecordQTController::ChatRecordQTController()
     : PageController("talvex://page/chat_record_qt", Window("ChatRecordDialog", framework::NameId("chat.page.record.title"), 560, 640), true) {}
 
-MeetingNoticeContoller::MeetingNoticeContoller()
-    : PageController("talvex://page/meeting_notice", Window("MeetingNoticeDialog", framework::NameId("chat.page.notice.title"), 480, 420)) {}
+MeetingNoticeContoller::MeetingNoticeContoller(framework::module::ModuleRuntime* runtime)
+    : PageController(
+          "talvex://page/meeting_notice",
+          [runtime] { return std::make_shared<QtView::MeetingNoticeView>(runtime); }, true) {}
 
 QtView::EmojiBulletController::EmojiBulletController()
     : PageController("talvex://page/inmeeting/emoji_bullet", Window("EmojiBulletWindow", framework::NameId("chat.page.emoji_bullet.title"), 360, 240)) {}

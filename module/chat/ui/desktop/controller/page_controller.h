@@ -78,9 +78,10 @@ class ChatRecordQTController : public chat::PageController {
   ChatRecordQTController();
 };
 
+// Each show of the notice builds a fresh dialog on the module's view model.
 class MeetingNoticeContoller : public chat::PageController {
  public:
-  MeetingNoticeContoller();
+  explicit MeetingNoticeContoller(framework::module::ModuleRuntime* runtime = nullptr);
 };
 
 namespace QtView {
