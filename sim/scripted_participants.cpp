@@ -239,11 +239,19 @@ void ScriptedParticipants::BuildScript() {
       [this, file_id] { AdvanceFile(*file_id, 7, 0.6); },
       [this, recalled] { meeting_.messages().Revoke(*recalled); },
       [this] {
+        // The host publishes the meeting's notice, and the chat shows it.
+        const std::string notice =
+            "Please keep your microphone muted while others present. Questions go in the chat; we'll take "
+            "them at the end of each section. Agenda: ";
+        const std::string agenda = "https://www.talvex-demo.org/agenda";
+        Variant items(base::variant::kVariantTypeArray);
+        items.Add(Element({{"item_type", Variant(0)}, {"item_content", Variant(notice)}}));
+        items.Add(Element({{"item_type", Variant(2)}, {"item_content", Variant(agenda)}}));
+        meeting_.notices().PublishAs(meeting_.context().meeting_id, kPeople[4].user_id, kPeople[4].nickname, 1,
+                                     items.ToJson());
         Variant content(base::variant::kVariantTypeArray);
         content.Add(Element({{"item_type", Variant(0)},
-                             {"item_content", Variant(std::string(
-                                  "Meeting notice: please keep your microphone muted while others present. "
-                                  "Questions go in the chat; we'll take them at the end of each section."))}}));
+                             {"item_content", Variant("Meeting notice: " + notice + agenda)}}));
         const std::string id =
             meeting_.messages().Post(ChatRecord(meeting_.meeting().meeting_id(), kPeople[4], 6, content));
         if (!id.empty()) posted_.push_back(id);

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QTimer>
 #include <QWidget>
 
@@ -109,6 +110,28 @@ void LocalUserTour::ChooseMenuItem(QString const& title) {
     return;
   }
   log_ << "no message menu open";
+}
+
+void LocalUserTour::ShowNotice(int delay_ms) {
+  QTimer::singleShot(delay_ms, this, [this] {
+    QWidget* row = Find("notice_view_detail_row");
+    log_ << QString("open the notice from its row%1").arg(row ? "" : " (no notice row on screen)");
+    if (!row) return;
+    const QPoint at = row->rect().center();
+    QMouseEvent press(QEvent::MouseButtonPress, at, row->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(row, &press);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, row->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(row, &release);
+  });
+  QTimer::singleShot(delay_ms + 400, this, [this] {
+    QWidget* dialog = Find("MeetingNoticeDialog");
+    log_ << QString("the notice dialog %1").arg(dialog ? "is open" : "did not open");
+    if (!dialog) return;
+    if (on_notice_open) on_notice_open();
+    dialog->close();
+  });
 }
 
 void LocalUserTour::Start(int delay_ms) {

@@ -21,6 +21,10 @@ class LocalUserTour : public QObject {
   LocalUserTour(QWidget* window, QString who, QString message, QObject* parent = nullptr);
   // Starts after `delay_ms`; the steps take about three seconds.
   void Start(int delay_ms);
+  // Opens the meeting notice from its row in the chat after `delay_ms`, and
+  // closes it again; `on_notice_open` is called while it stands open.
+  void ShowNotice(int delay_ms);
+  std::function<void()> on_notice_open;
   // Called while the member list stands open the last time, before Escape
   // closes it: the moment for a picture of it.
   std::function<void()> on_member_list_open;

@@ -143,7 +143,20 @@ int main(int argc, char** argv) {
       if (window.GrabWithOverlays().save(shot)) std::printf("member list: %s\n", qPrintable(shot));
     };
   }
-  if (panel && (headless || parser.isSet(tour_option))) tour.Start(4000);
+  if (headless) {
+    tour.on_notice_open = [&] {
+      const QString shot = QDir(out_dir).filePath("demo-notice.png");
+      for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top->objectName() == "MeetingNoticeDialog" && top->isVisible() && top->grab().save(shot)) {
+          std::printf("notice: %s\n", qPrintable(shot));
+        }
+      }
+    };
+  }
+  if (panel && (headless || parser.isSet(tour_option))) {
+    tour.ShowNotice(3900);
+    tour.Start(4500);
+  }
   // The chat's bullets over the meeting.
   if (loaded) window.ShowFloatingViews();
   if (parser.isSet(share_option)) {
@@ -159,7 +172,7 @@ int main(int argc, char** argv) {
   int rc = loaded ? 0 : 1;
   if (headless) {
     // A few seconds of chat traffic before the picture is taken.
-    QTimer::singleShot(9500, &window, [&] {
+    QTimer::singleShot(10000, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
       if (!window.GrabWithOverlays().save(shot)) rc = 1;
