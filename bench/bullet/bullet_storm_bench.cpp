@@ -97,54 +97,52 @@ void Report(benchmark::State& state, Storm const& storm, int64_t messages, int64
   state.counters["most_shown_per_s"] = storm.MostShownInASecond();
 }
 
-// The overlay's part: the client fires its received event with one message.
-void BM_BulletStorm_ViewModel(benchmark::State& state) {
+// The rounds of one storm benchmark: each sets up a fresh meeting and its
+// payloads untimed (`make(storm, i)` for the i-th message), then times their
+// delivery (`deliver(storm, payload)`).
+template <typename Make, typename Deliver>
+void StormRounds(benchmark::State& state, Make make, Deliver deliver) {
   int64_t busy = 0;
   int64_t messages = 0;
   for (auto _ : state) {
     state.PauseTiming();
     talvex_common::utils::timer::ManualTimerClock clock;
     Storm storm(&clock);
-    std::vector<Variant> events;
-    events.reserve(kPerSecond * kSeconds);
-    for (int i = 0; i < kPerSecond * kSeconds; ++i) {
-      Variant record = sim::TextRecord(storm.meeting.meeting().meeting_id(), kSenders[i % 3], TextOf(i));
-      record.Set("local_msg_id", static_cast<uint64_t>(1000 + i));
-      record.Set("msg_id", "storm-" + std::to_string(i));
-      Variant list = Variant::Array{sim::BulletFormOf(record)};
-      events.push_back(Variant::Map{{"new_msg_list", std::move(list)}});
-    }
+    std::vector<Variant> payloads;
+    payloads.reserve(kPerSecond * kSeconds);
+    for (int i = 0; i < kPerSecond * kSeconds; ++i) payloads.push_back(make(storm, i));
     state.ResumeTiming();
-    busy += RunStorm(storm, clock, [&](int i) { storm.meeting.messages().FireEvent(8, &events[i]); });
+    busy += RunStorm(storm, clock, [&](int i) { deliver(storm, payloads[i]); });
     messages += kPerSecond * kSeconds;
     state.PauseTiming();
     Report(state, storm, messages, busy);
     state.ResumeTiming();
   }
 }
+
+// The overlay's part: the client fires its received event with one message.
+void BM_BulletStorm_ViewModel(benchmark::State& state) {
+  StormRounds(
+      state,
+      [](Storm& storm, int i) {
+        Variant record = sim::TextRecord(storm.meeting.meeting().meeting_id(), kSenders[i % 3], TextOf(i));
+        record.Set("local_msg_id", static_cast<uint64_t>(1000 + i));
+        record.Set("msg_id", "storm-" + std::to_string(i));
+        return Variant(Variant::Map{{"new_msg_list", Variant::Array{sim::BulletFormOf(record)}}});
+      },
+      [](Storm& storm, Variant& event) { storm.meeting.messages().FireEvent(8, &event); });
+}
 BENCHMARK(BM_BulletStorm_ViewModel)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5);
 
 // The whole simulated meeting: each message is posted, stored, converted for
 // the panel and announced to the overlay.
 void BM_BulletStorm_ThroughTheMeeting(benchmark::State& state) {
-  int64_t busy = 0;
-  int64_t messages = 0;
-  for (auto _ : state) {
-    state.PauseTiming();
-    talvex_common::utils::timer::ManualTimerClock clock;
-    Storm storm(&clock);
-    std::vector<Variant> records;
-    records.reserve(kPerSecond * kSeconds);
-    for (int i = 0; i < kPerSecond * kSeconds; ++i) {
-      records.push_back(sim::TextRecord(storm.meeting.meeting().meeting_id(), kSenders[i % 3], TextOf(i)));
-    }
-    state.ResumeTiming();
-    busy += RunStorm(storm, clock, [&](int i) { storm.meeting.messages().Post(std::move(records[i])); });
-    messages += kPerSecond * kSeconds;
-    state.PauseTiming();
-    Report(state, storm, messages, busy);
-    state.ResumeTiming();
-  }
+  StormRounds(
+      state,
+      [](Storm& storm, int i) {
+        return sim::TextRecord(storm.meeting.meeting().meeting_id(), kSenders[i % 3], TextOf(i));
+      },
+      [](Storm& storm, Variant& record) { storm.meeting.messages().Post(std::move(record)); });
 }
 BENCHMARK(BM_BulletStorm_ThroughTheMeeting)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5);
 
