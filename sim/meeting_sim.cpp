@@ -58,6 +58,14 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
     plain_models_[id] = std::make_shared<SimModel>(id);
   }
   plain_models_[1000020]->SetMethod(0, [](Variant const* unfolded, Variant*) { return unfolded && unfolded->IsBool(); });
+  // The notice's read mark (method 3 {bool}) is kept as the meeting's
+  // "notice_read" switch and announced as event 3.
+  plain_models_[1000001]->SetMethod(3, [this](Variant const* read, Variant*) {
+    if (!read || !read->IsBool()) return false;
+    meeting_settings_->SetSwitch("notice_read", read->AsBoolean());
+    plain_models_[1000001]->FireEvent(3, *read);
+    return true;
+  });
   util::file::EnsureDirExist(data_dir_);
 }
 

@@ -82,7 +82,8 @@ class MeetingSimulator {
   RedPacketModel& red_packets() { return *red_packets_; }
   BannerModel& banners() { return *banners_; }
   // Models the chat follows that nothing else of the meeting drives yet,
-  // fired by hand: 539 and 1000001 (notice state), 1000020 (method 0 {bool}:
+  // fired by hand: 539 and 1000001 (notice state; method 3 {bool} keeps the
+  // read mark as the "notice_read" switch), 1000020 (method 0 {bool}:
   // the overlay is unfolded), 622 (1 room switching began, 2 ended), 647 (13:
   // a shared document is edited), 590 (0: the chat panel came back), 610 (0:
   // webinar roles changed), 591 (4: full screen); and by their ids the typed

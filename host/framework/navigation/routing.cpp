@@ -79,6 +79,8 @@ void NavigateService::Navigate(std::string const& url, Variant const& params) {
   entry.Set("url", url);
   entry.Set("params", params);
   opened_.push_back(std::move(entry));
+  // A route a module registered a page for opens that page.
+  if (ControllerManager::Instance()->GetController(url)) Navigator::Of(nullptr, PageStack::kMain).Push(url, params);
 }
 
 void NavigateService::OpenWebDialog(Variant const& params) {

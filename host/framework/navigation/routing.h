@@ -87,7 +87,8 @@ class RouterService {
 class NavigateService {
  public:
   static NavigateService* Instance();
-  // Opens a page by its route; the client's journal keeps "navigate <url>".
+  // Opens a page by its route (the page a module registered under it, if
+  // any); the client's journal keeps "navigate <url>".
   void Navigate(std::string const& url, Variant const& params = Variant());
   // Opens a web page in a dialog (`url`, `web_view_title`, `wnd_size_width`,
   // `wnd_size_height`, ...); the journal keeps "web dialog <url>".
