@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QLineEdit>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <QSignalSpy>
 #include <QStackedWidget>
@@ -128,6 +129,8 @@ TEST(ChatInputWidgetTest, BlanksAloneLeaveTheSendButtonGreyAndTabMovesOn) {
   EXPECT_EQ(edit->toPlainText(), "  \tx") << "Tab inserts nothing";
   edit->setFocus();
   QTest::keyClick(edit, Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(QApplication::focusWidget(), input->notice_button()) << "back to the toolbar's notice button";
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
   EXPECT_EQ(QApplication::focusWidget(), before) << "Shift+Tab leaves backwards";
 }
 

@@ -39,6 +39,7 @@ struct ChatInputIds {
     kActionMoreHidden = 0xdc50a,
     kActionAuthorityClicked = 0x45b83,
     kActionSelectUserClicked = 0x79c3b,
+    kActionShowNotice = 0x5e1d3,  // the notice button: opens the meeting notice
   };
 };
 

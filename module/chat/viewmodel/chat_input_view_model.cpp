@@ -15,6 +15,7 @@
 #include "framework/meeting/private_chat_record.h"
 #include "framework/module/app_module.h"
 #include "framework/module/module_runtime.h"
+#include "framework/navigation/routing.h"
 #include "chat/model/chat_message.h"
 
 namespace chat {
@@ -169,6 +170,14 @@ void ChatInputViewModel::UpdateNoticeButton() {
   button.Set("show_red_dot", !talvex::ChatUtils::GetMeetingNoticeIsRead());
   button.Set("tips", GetLocalizedString(kTextNoticeTips));
   SetPropValue(kPropNoticeButton, std::move(button));
+}
+
+void ChatInputViewModel::ShowMeetingNotice() {
+  if (!talvex_common::utils::meetingsettings::IsMeetingNoticeEnable()) {
+    ShowToast(0, GetLocalizedString(kTextNoticeDisabledTips), 2000);
+    return;
+  }
+  framework::NavigateService::Instance()->Navigate(kMeetingNoticePage);
 }
 
 void ChatInputViewModel::CheckHostShowNoticeGuideTips() {
@@ -361,6 +370,9 @@ void ChatInputViewModel::HandleAction(uint32_t action, Variant const* params) {
       return;
     case kActionSelectUserClicked:
       analytics::LogEvent("chatting_private_chat_select_user_click");
+      return;
+    case kActionShowNotice:
+      ShowMeetingNotice();
       return;
     default:
       Base::HandleAction(action, params);

@@ -37,6 +37,8 @@ class ChatInputViewModel : public talvex::AuthorizeViewModelT<talvex::ExtensionV
   void UpdateSendButton();
   void UpdateDisableState();
   void UpdateNoticeButton();
+  // The notice button: the notice's page, or a toast when notices are off.
+  void ShowMeetingNotice();
   void CheckHostShowNoticeGuideTips();
   void ShowPrivateChatTip();
   void RestoreDraft();

@@ -155,6 +155,9 @@ QWidget* ChatInputView::BuildFrame(QWidget* parent, Variant*) {
   QObject::connect(widget, &ChatInputWidget::ReceiverClicked, widget, [this, alive] {
     if (alive()) ShowMemberSelect();
   });
+  QObject::connect(widget, &ChatInputWidget::NoticeClicked, widget, [this, alive] {
+    if (alive()) Dispatch(kActionShowNotice, Variant());
+  });
   BindReceiver();
   return widget;
 }
@@ -225,6 +228,12 @@ void ChatInputView::OnViewModelBoundEx(framework::StatefulViewModel* view_model)
   });
   bind(kPropSendState, true, [this](Variant const* v) {
     if (v && v->IsBool()) widget_->SetSendState(v->AsBoolean());
+  });
+  bind(kPropNoticeButton, true, [this](Variant const* v) {
+    if (!v || !v->IsMap()) return;
+    widget_->SetNoticeButton(v->GetBoolean("enable"), v->GetBoolean("show_red_dot"),
+                             QString::fromStdString(v->GetString("tips")),
+                             QString::fromStdString(v->GetString("disable_tips")));
   });
   bind(kPropFocusRequest, false, [this](Variant const*) { widget_->FocusEdit(); });
   bind(kPropClearInput, false, [this](Variant const*) {

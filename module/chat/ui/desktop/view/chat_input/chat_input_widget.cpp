@@ -14,6 +14,7 @@
 #include <QStyle>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "chat/ui/desktop/view/chat_input/toolbar_menu_item_action.h"
@@ -92,6 +93,30 @@ void ChatInputWidget::BuildLayout() {
   left_toolbar_->setFixedHeight(kToolbarHeight);
   right_toolbar_ = MakeContainer("right_toolbar_container", this);
   right_toolbar_->setFixedSize(kRightToolbarWidth, kToolbarHeight);
+  auto* tools = new QHBoxLayout(left_toolbar_);
+  tools->setContentsMargins(8, 0, 0, 0);
+  tools->setSpacing(4);
+  notice_button_ = new QToolButton(left_toolbar_);
+  notice_button_->setObjectName("chat_input_notice_button");
+  notice_button_->setIcon(QIcon(":/images/chat/meeting_notice"));
+  notice_button_->setIconSize(QSize(16, 16));
+  notice_button_->setAutoRaise(true);
+  notice_button_->setCursor(Qt::PointingHandCursor);
+  notice_button_->setFocusPolicy(Qt::TabFocus);
+  notice_button_->setStyleSheet(
+      "QToolButton#chat_input_notice_button { border: none; padding: 3px; border-radius: 4px; }"
+      "QToolButton#chat_input_notice_button:hover { background: #F0F4FF; }");
+  connect(notice_button_, &QToolButton::clicked, this, &ChatInputWidget::NoticeClicked);
+  notice_red_dot_ = new QWidget(notice_button_);
+  notice_red_dot_->setObjectName("chat_input_notice_red_dot");
+  notice_red_dot_->setAttribute(Qt::WA_StyledBackground);
+  notice_red_dot_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  notice_red_dot_->setStyleSheet("background: #F5483B; border-radius: 3px;");
+  notice_red_dot_->setGeometry(16, 2, 6, 6);
+  notice_red_dot_->hide();
+  tools->addWidget(notice_button_);
+  tools->addStretch(1);
+  SetNoticeButton(false, false, QString(), QString());
   top_row->addWidget(left_toolbar_, 1);
   top_row->addWidget(right_toolbar_);
   layout->addLayout(top_row);
@@ -162,6 +187,16 @@ void ChatInputWidget::BuildLayout() {
   bottom_row->addWidget(send_button_);
   bottom_row->addWidget(send_option_button_);
   layout->addLayout(bottom_row);
+}
+
+void ChatInputWidget::SetNoticeButton(bool enabled, bool red_dot, QString const& tips, QString const& disabled_tips) {
+  // Still clickable when off: the click says why.
+  notice_button_->setProperty("notice_enabled", enabled);
+  notice_button_->setIcon(QIcon(":/images/chat/meeting_notice").pixmap(16, 16, enabled ? QIcon::Normal : QIcon::Disabled));
+  notice_button_->setToolTip(enabled ? tips : disabled_tips);
+  notice_button_->setAccessibleName(tips);
+  notice_button_->setAccessibleDescription(enabled ? QString() : disabled_tips);
+  notice_red_dot_->setVisible(enabled && red_dot);
 }
 
 void ChatInputWidget::SetReceiver(QString const& name, bool is_private) {

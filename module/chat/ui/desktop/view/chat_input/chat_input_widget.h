@@ -8,6 +8,7 @@ class QLabel;
 class QMenu;
 class QPushButton;
 class QStackedWidget;
+class QToolButton;
 class RichEdit;
 
 // The input box of the chat panel: two toolbars over a rich edit (or, while
@@ -39,6 +40,11 @@ class ChatInputWidget : public QWidget {
   // private.
   QPushButton* receiver_button() const { return receiver_button_; }
   void SetReceiver(QString const& name, bool is_private);
+  // The notice button in the left toolbar: off (greyed, with why as its tip)
+  // when the meeting has notices turned off; a red dot while a notice is unread.
+  QToolButton* notice_button() const { return notice_button_; }
+  QWidget* notice_red_dot() const { return notice_red_dot_; }
+  void SetNoticeButton(bool enabled, bool red_dot, QString const& tips, QString const& disabled_tips);
   QString const& receiver_name() const { return receiver_name_; }
   bool receiver_private() const { return receiver_private_; }
   QMenu* send_option_menu() const { return send_option_menu_; }
@@ -76,6 +82,7 @@ class ChatInputWidget : public QWidget {
 
  signals:
   void ReceiverClicked();
+  void NoticeClicked();
   void SendMsgBtnClicked();
   void SendOptionSelected(ChatInputWidget::SendOption option);
   void EmptyChanged(bool empty);
@@ -109,6 +116,8 @@ class ChatInputWidget : public QWidget {
   QPushButton* send_button_ = nullptr;
   QPushButton* send_option_button_ = nullptr;
   QPushButton* receiver_button_ = nullptr;
+  QToolButton* notice_button_ = nullptr;
+  QWidget* notice_red_dot_ = nullptr;
   QString receiver_name_;
   bool receiver_private_ = false;
   QMenu* send_option_menu_ = nullptr;
