@@ -2,6 +2,8 @@
 // what the module registered, the scripted participants, and the text the
 // view model gives for a copy of several messages.
 #include <QFileInfo>
+#include <QLabel>
+#include <QToolButton>
 #include <QTest>
 #include <set>
 
@@ -186,6 +188,61 @@ TEST_F(PanelHostTest, CopyTextOfSeveralMessagesNamesSendersAndSkipsRecalls) {
   result = Variant();
   list->Handle(chat::ChatHistoryListBaseViewModel::kActionGetMimeData, &not_ids);
   EXPECT_TRUE(result.IsNull()) << "a bad payload publishes nothing";
+}
+
+// The notice as a participant meets it in the panel: the banner over the
+// messages and the red dot on the input's notice button, both leading to
+// the notice's page; hiding the banner lasts until the notice changes.
+TEST_F(PanelHostTest, ANewNoticeShowsItsBannerAndTheNoticeButtonsRedDot) {
+  meeting_.meeting_settings().SetSwitch("notice_enable", true);
+  QtView::ChattingPanelShowView* panel = ShowChatPoint();
+  ASSERT_NE(panel, nullptr);
+  MeetingNoticeBanner* banner = panel->notice_banner();
+  ASSERT_NE(banner, nullptr);
+  ChatInputWidget* input = View<QtView::ChatInputView>()->widget();
+  EXPECT_TRUE(banner->isHidden());
+  EXPECT_TRUE(input->notice_red_dot()->isHidden());
+
+  const std::string long_text =
+      "Please keep your microphone muted while others present. Questions go in the chat; we will take them at the "
+      "end of each section, and the slides follow by mail after the call.";
+  meeting_.notices().PublishAs(meeting_.context().meeting_id, "u-host", "Riley <b>Chen</b>", 0, long_text);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return banner->isVisible(); }));
+  EXPECT_EQ(banner->full_text().toStdString(), long_text);
+  EXPECT_TRUE(banner->meta_label()->text().startsWith("Riley <b>Chen</b>")) << "the name is shown as text";
+  EXPECT_EQ(banner->text_label()->textFormat(), Qt::PlainText);
+  const QString shown = banner->text_label()->text();
+  EXPECT_LE(shown.count('\n'), 1) << "two lines at most";
+  EXPECT_TRUE(shown.endsWith(QString::fromUtf8("\u2026"))) << "a long notice is cut with an ellipsis";
+  EXPECT_LT(banner->height(), panel->frame()->height() / 4);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return input->notice_red_dot()->isVisible(); })) << "unread";
+
+  // The strip opens the notice; reading it takes the red dot away.
+  QTest::mouseClick(banner, Qt::LeftButton, Qt::NoModifier, QPoint(40, 10));
+  auto controller = std::dynamic_pointer_cast<chat::PageController>(
+      framework::ControllerManager::Instance()->GetController("talvex://page/meeting_notice"));
+  ASSERT_TRUE(controller && controller->view() && controller->view()->frame());
+  QPointer<QWidget> dialog = controller->view()->frame();
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return input->notice_red_dot()->isHidden(); }));
+  dialog->close();
+
+  QTest::mouseClick(banner->close_button(), Qt::LeftButton);
+  EXPECT_TRUE(banner->isHidden());
+  meeting_.notices().PublishAs(meeting_.context().meeting_id, "u-host", "Riley Chen", 0, "Back in five minutes.");
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return banner->isVisible(); })) << "a changed notice shows again";
+  EXPECT_TRUE(banner->title_label()->text().contains("Updated"));
+
+  // The notice button opens the same page; with notices off it says why.
+  framework::NavigateService::Instance()->ClearOpened();
+  QTest::mouseClick(input->notice_button(), Qt::LeftButton);
+  ASSERT_EQ(framework::NavigateService::Instance()->opened().size(), 1u);
+  EXPECT_EQ(framework::NavigateService::Instance()->opened()[0].GetString("url"), "talvex://page/meeting_notice");
+  meeting_.meeting_settings().SetSwitch("notice_enable", false);
+  meeting_.model(539).FireEvent(1, Variant());
+  EXPECT_FALSE(input->notice_button()->toolTip().isEmpty());
+  EXPECT_FALSE(input->notice_button()->property("notice_enabled").toBool());
+  QTest::mouseClick(input->notice_button(), Qt::LeftButton);
+  EXPECT_EQ(framework::NavigateService::Instance()->opened().size(), 1u) << "nothing opens";
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "chat/model/meeting_notice_model.h"
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/util/utils.h"
+#include "chat/viewmodel/meeting_notice_banner_view_model.h"
 #include "chat/viewmodel/meeting_notice_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
 #include "framework/navigation/routing.h"
@@ -36,8 +37,8 @@ class NoticeTest : public ::testing::Test {
     ui_ = std::make_shared<framework::RecordingUIService>();
     framework::SetUIService(ui_);
     framework::NavigateService::Instance()->ClearOpened();
-    chat::WriteLocalSetting(chat::MeetingNoticeViewModel::kBannerMemoryKey, Variant(""));
     meeting_.Install();
+    chat::WriteLocalSetting(chat::MeetingNoticeViewModel::kBannerMemoryKey, Variant(""));
     meeting_.meeting_settings().SetSwitch("notice_enable", true);
     meeting_.members().AddMember(Variant::Map{{"user_id", "u-host"}, {"app_uid", "u-host"}, {"app_id", "1400"},
                                               {"nickname", "Riley Chen"}, {"role", "host"}});
@@ -381,6 +382,80 @@ TEST_F(NoticeDialogTest, AHistoryNoticeIsReadOnlyWhateverTheRole) {
   vm_->DidDetached();
   Open(chat::kViewModelHistoryMeetingNotice, Variant::Map{{"msg_id", "no-such-message"}});
   EXPECT_FALSE(vm_->HasProp(VM::kPropNoticeInfo));
+}
+
+// The banner over the chat panel, as its view model publishes it.
+class NoticeBannerTest : public NoticeDialogTest {
+ protected:
+  using Banner = chat::MeetingNoticeBannerViewModel;
+  Variant Shown() const { return vm_->PickPropValue(Banner::kPropBanner); }
+  bool Visible() const { return Shown().GetBoolean("visible"); }
+};
+
+TEST_F(NoticeBannerTest, ANewOrChangedNoticeShowsUntilHiddenAndHidingHoldsForThatVersion) {
+  Open(chat::kViewModelMeetingNoticeBanner);
+  EXPECT_FALSE(Visible()) << "no notice, no banner";
+  PublishByHost("Please keep your microphone muted.");
+  ASSERT_TRUE(Visible());
+  EXPECT_EQ(Shown().GetString("text"), "Please keep your microphone muted.");
+  EXPECT_EQ(Shown().GetString("sender"), "Riley Chen");
+  EXPECT_EQ(Shown().GetString("time").size(), 5u);
+  EXPECT_FALSE(Shown().GetBoolean("updated")) << "a first notice is new, not updated";
+
+  Act(Banner::kActionOpen, Variant());
+  ASSERT_EQ(framework::NavigateService::Instance()->opened().size(), 1u);
+  EXPECT_EQ(framework::NavigateService::Instance()->opened()[0].GetString("url"), chat::kMeetingNoticePage);
+  EXPECT_TRUE(Visible()) << "reading the notice leaves the banner";
+
+  Act(Banner::kActionDismiss, Variant());
+  EXPECT_FALSE(Visible());
+  Variant const memory = VM::ReadBannerMemory();
+  EXPECT_FALSE(memory.GetBoolean("should_show_top_notice", true));
+  EXPECT_EQ(memory.GetInteger("notice_version"), 1);
+  // The same version again (a room change re-reads it; a new banner view is built): still hidden.
+  meeting_.meeting().FireEvent(chat::kMeetingEventRoomChanged, Variant());
+  vm_->DidDetached();
+  Open(chat::kViewModelMeetingNoticeBanner);
+  EXPECT_FALSE(Visible());
+
+  PublishByHost("Slides are in the shared folder.");
+  ASSERT_TRUE(Visible()) << "a changed notice shows again";
+  EXPECT_TRUE(Shown().GetBoolean("updated"));
+  EXPECT_EQ(Shown().GetString("text"), "Slides are in the shared folder.");
+
+  PublishByHost("");
+  EXPECT_FALSE(Visible()) << "a cleared notice takes the banner away";
+  PublishByHost("Back after the break.");
+  ASSERT_TRUE(Visible());
+  meeting_.meeting().Leave();
+  EXPECT_FALSE(Visible()) << "leaving takes it away";
+}
+
+TEST_F(NoticeBannerTest, TheBannerShowsOnlyTextAndLinksAndBadInputChangesNothing) {
+  Open(chat::kViewModelMeetingNoticeBanner);
+  PublishByHost(R"([{"item_type":0,"item_content":"Agenda: "},{"item_type":2,"item_content":"https://a.example"},)"
+                R"({"item_type":7,"item_content":"??"}])",
+                1);
+  ASSERT_TRUE(Visible());
+  EXPECT_EQ(Shown().GetString("text"), "Agenda: https://a.example") << "an item of unknown type is left out";
+  const size_t published = vm_->PropSetCount(Banner::kPropBanner);
+  auto banner = std::dynamic_pointer_cast<Banner>(vm_);
+  for (Variant bad : {Variant(3), Variant("text"), Variant(Variant::Array{}), Variant(true)}) banner->Refresh(bad);
+  EXPECT_EQ(vm_->PropSetCount(Banner::kPropBanner), published) << "nothing published for a record that is no map";
+  EXPECT_TRUE(Visible());
+  std::dynamic_pointer_cast<Notice>(runtime_.ModelOf(chat::kMeetingNoticeModelId))->FireEvent(Notice::kEventNoticeChanged, Variant(12));
+  EXPECT_TRUE(Visible());
+
+  // Notices turned off: no banner, and opening says why.
+  meeting_.meeting_settings().SetSwitch("notice_enable", false);
+  banner->Refresh(Variant());
+  EXPECT_FALSE(Visible());
+  Act(Banner::kActionOpen, Variant());
+  EXPECT_EQ(LastToast(), Text("chat.notice.disabled"));
+  EXPECT_TRUE(framework::NavigateService::Instance()->opened().empty());
+  // Hiding with nothing shown writes no memory.
+  Act(Banner::kActionDismiss, Variant());
+  EXPECT_TRUE(VM::ReadBannerMemory().IsNull());
 }
 
 }  // namespace

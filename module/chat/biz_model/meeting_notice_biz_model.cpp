@@ -118,6 +118,30 @@ std::string MeetingNoticeBizModel::FormatSendTime(uint64_t send_time, uint64_t n
   return sent.toString(same_day ? "hh:mm" : "yyyy-MM-dd hh:mm").toStdString();
 }
 
+Variant MeetingNoticeBizModel::ShownItems(Variant const& record, std::string* text) {
+  Variant items(base::variant::kVariantTypeArray);
+  std::string joined;
+  Variant const& content = record.Get("notice_content");
+  if (content.IsString()) {
+    if (!content.AsStr().empty()) {
+      items.Add(Variant::Map{{"type", 0}, {"content", content.AsStr()}});
+      joined = content.AsStr();
+    }
+  } else if (content.IsArray()) {
+    for (auto const& element : content.AsArray()) {
+      const int type = element.GetInt32("item_type", -1);
+      if (type < 0) break;
+      // Text and links are kept; other kinds of item are not shown.
+      if (type != 0 && type != 2) continue;
+      const std::string piece = element.GetString("item_content");
+      items.Add(Variant::Map{{"type", type}, {"content", piece}});
+      joined += piece;
+    }
+  }
+  if (text) *text = std::move(joined);
+  return items;
+}
+
 void MeetingNoticeBizModel::ConvertNoticeInfo(Variant const& record, Variant& out) {
   is_host_or_cohost_ = SelfHostOrCoHost();
   out = Variant(base::variant::kVariantTypeMap);
@@ -125,27 +149,8 @@ void MeetingNoticeBizModel::ConvertNoticeInfo(Variant const& record, Variant& ou
   out.Set("is_edit", is_edit_);
   out.Set("max_length", kMaxLength);
   out.Set("notice_type", record.GetUint32("notice_type"));
-  Variant items(base::variant::kVariantTypeArray);
   std::string text;
-  if (record.IsMap()) {
-    Variant const& content = record.Get("notice_content");
-    if (content.IsString()) {
-      if (!content.AsStr().empty()) {
-        items.Add(Variant::Map{{"type", 0}, {"content", content.AsStr()}});
-        text = content.AsStr();
-      }
-    } else if (content.IsArray()) {
-      for (auto const& element : content.AsArray()) {
-        const int type = element.GetInt32("item_type", -1);
-        if (type < 0) break;
-        // Text and links are kept; other kinds of item are not shown.
-        if (type != 0 && type != 2) continue;
-        const std::string piece = element.GetString("item_content");
-        items.Add(Variant::Map{{"type", type}, {"content", piece}});
-        text += piece;
-      }
-    }
-  }
+  Variant items = ShownItems(record, &text);
   out.Set("content_text", text);
   last_content_ = text;
   if (!items.Empty()) {

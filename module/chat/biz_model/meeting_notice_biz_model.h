@@ -59,6 +59,9 @@ class MeetingNoticeBizModel : public TypedBizModel::MeetingNotice::ModelImpl {
 
   // The record (method 490622772 of the notice model) in UI form.
   void ConvertNoticeInfo(Variant const& record, Variant& out);
+  // The items of a notice record that show (text and links, up to the
+  // first item without a type), as `type`/`content`, and their joined text.
+  static Variant ShownItems(Variant const& record, std::string* text);
   // "HH:MM" on the same day as the server's now, else "YYYY-MM-DD HH:MM".
   static std::string FormatSendTime(uint64_t send_time, uint64_t now);
   static bool IsBlank(Variant const* text);

@@ -43,5 +43,6 @@ constexpr uint32_t kMeetingEventLeft = 2;                 // kHostMeetingModel: 
 constexpr uint32_t kMeetingEventRoomChanged = 18;         // kHostMeetingModel: moved to another room
 
 constexpr char kModuleName[] = "chat";
+constexpr char kMeetingNoticePage[] = "talvex://page/meeting_notice";
 
 }  // namespace chat

@@ -12,6 +12,7 @@
 #include "chat/viewmodel/chat_tip_message_view_model.h"
 #include "chat/viewmodel/chat_input_view_model.h"
 #include "chat/viewmodel/in_meeting_bullet_view_model.h"
+#include "chat/viewmodel/meeting_notice_banner_view_model.h"
 #include "chat/viewmodel/meeting_notice_view_model.h"
 #include "chat/viewmodel/private_chat_members_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
@@ -42,6 +43,7 @@ ChatViewModelProviderImpl::ChatViewModelProviderImpl(framework::module::ModuleRu
   makers_[kViewModelPrivateChatMembers] = Make<PrivateChatMembersViewModel>();
   makers_[kViewModelMeetingNotice] = Make<MeetingNoticeViewModel>();
   makers_[kViewModelHistoryMeetingNotice] = Make<HistoryMeetingNoticeViewModel>();
+  makers_[kViewModelMeetingNoticeBanner] = Make<MeetingNoticeBannerViewModel>();
 }
 
 std::shared_ptr<framework::ViewModel> ChatViewModelProviderImpl::Build(int type) {

@@ -2,6 +2,7 @@
 
 #include "base/analytics/analytics.h"
 #include "base/log/log.h"
+#include "chat/runtime/chat_ids.h"
 #include "chat/util/chat_strings.h"
 #include "framework/chat/chat_schema_keys.h"
 #include "framework/meeting/meeting_context.h"
@@ -10,10 +11,6 @@
 #include "chat/model/chat_message.h"
 
 namespace chat {
-
-namespace {
-constexpr char kNoticePage[] = "talvex://page/meeting_notice";
-}
 
 bool ChatNoticeMessageViewModel::FillInfo(Variant const& record, Variant const* params, Variant& info) {
   Variant const& content = ContentOf(record);
@@ -49,11 +46,11 @@ void ChatNoticeMessageViewModel::HandleShowMeetingNotice() {
     return;
   }
   auto navigator = framework::Navigator::Of(context(), framework::PageStack::kSecondary);
-  navigator.PopOther(kNoticePage);
+  navigator.PopOther(kMeetingNoticePage);
   Variant params(base::variant::kVariantTypeMap);
   params.Set(chat_key::kTemplateType, template_type_);
   params.Set(chat_key::kMsgId, msg_id_);
-  navigator.Push(kNoticePage, params);
+  navigator.Push(kMeetingNoticePage, params);
   const bool host_or_cohost =
       talvex_common::utils::webinar::SelfIsHost() || talvex_common::utils::webinar::SelfIsCoHost();
   talvex_common::utils::analytics::LogEventWithProperty("inmeeting_im_null_notice_null_null_ark", "operation_role",

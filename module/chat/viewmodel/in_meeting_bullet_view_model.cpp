@@ -54,7 +54,6 @@ constexpr int64_t kClickTargetLifeMs = 5000;
 constexpr unsigned kToastMs = 2000;
 
 constexpr char kChatSidebarApp[] = "extension:chat.sidebar_tab_in_meeting";
-constexpr char kNoticePage[] = "talvex://page/meeting_notice";
 constexpr char kChatPage[] = "talvex://page/inmeeting/chat";
 
 
@@ -677,7 +676,7 @@ void InMeetingBulletViewModel::HandleNoticeBulletClick() {
     ShowToast(0, GetLocalizedString(kTextNoticeDisabled), kToastMs);
     return;
   }
-  framework::NavigateService::Instance()->Navigate(kNoticePage);
+  framework::NavigateService::Instance()->Navigate(kMeetingNoticePage);
   analytics::LogEventWithProperty("inmeeting_im_null_notice_null_null_barrage", "operation_role",
                                   talvex_common::utils::member::IsSelfHostOrCoHost() ? "0" : "1");
 }

@@ -25,6 +25,7 @@ enum ChatViewModelType : int {
   kViewModelPrivateChatMembers = 1023,
   kViewModelMeetingNotice = 1024,
   kViewModelHistoryMeetingNotice = 1025,
+  kViewModelMeetingNoticeBanner = 1026,
   kViewModelQuickOperation = 1030,
 };
 
