@@ -36,6 +36,8 @@ TEST(BulletItemTest, EachKindBuildsItsItemAndReceiptsAndUnknownTypesBuildNone) {
   Variant notice = Normal("Riley", "agenda");
   notice.Set("chat_type", 6);
   EXPECT_EQ(Build(notice)->kind(), BulletItemWidget::kKindNotice);
+  EXPECT_EQ(Build(notice)->PlainText(), "[Notice] Riley updated the meeting notice. View")
+      << "the notice's words are in the client's texts";
   EXPECT_EQ(Build(Variant::Map{{"msg_type", 3}, {"msg_sender", "Riley "}, {"desc_send", "sent"},
                                {"desc_redpacket", "a red packet"}, {"desc_usemobile", "Open it on your phone"}})
                 ->PlainText(),

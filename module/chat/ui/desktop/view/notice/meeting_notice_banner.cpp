@@ -26,9 +26,10 @@ MeetingNoticeBanner::MeetingNoticeBanner(QWidget* parent) : QFrame(parent) {
   setStyleSheet(
       "QFrame#meeting_notice_banner { background: #E9F3FF; border: none; border-bottom: 1px solid #CFE3FF; }"
       "QFrame#meeting_notice_banner:focus { border: 1px solid #198CFF; }"
-      "QLabel#notice_banner_title { color: #1F2329; font-weight: bold; }"
-      "QLabel#notice_banner_meta { color: #8A8F99; }"
-      "QLabel#notice_banner_text { color: #1F2329; }"
+      "QLabel#notice_banner_title { color: #1F2329; font-weight: bold; font-size: 13px; }"
+      "QLabel#notice_banner_updated { color: #198CFF; font-size: 12px; }"
+      "QLabel#notice_banner_meta { color: #8A8F99; font-size: 12px; }"
+      "QLabel#notice_banner_text { color: #1F2329; font-size: 13px; }"
       "QToolButton#notice_banner_close { border: none; color: #8A8F99; font-size: 14px; padding: 0 4px; }"
       "QToolButton#notice_banner_close:hover { color: #1F2329; }");
   auto* row = new QHBoxLayout(this);
@@ -45,10 +46,19 @@ MeetingNoticeBanner::MeetingNoticeBanner(QWidget* parent) : QFrame(parent) {
   head->setSpacing(6);
   title_ = new QLabel(this);
   title_->setObjectName("notice_banner_title");
+  title_->setTextFormat(Qt::PlainText);
+  updated_ = new QLabel(this);
+  updated_->setObjectName("notice_banner_updated");
+  updated_->setTextFormat(Qt::PlainText);
+  updated_->hide();
   meta_ = new QLabel(this);
   meta_->setObjectName("notice_banner_meta");
   meta_->setTextFormat(Qt::PlainText);
   head->addWidget(title_);
+  head->addWidget(updated_);
+  meta_->setMinimumWidth(1);
+  meta_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  meta_->installEventFilter(this);
   head->addWidget(meta_, 1);
   column->addLayout(head);
   text_ = new QLabel(this);
@@ -104,20 +114,18 @@ void MeetingNoticeBanner::Bind(std::shared_ptr<framework::StatefulViewModel> vie
 void MeetingNoticeBanner::SetBanner(Variant const& banner) {
   if (!banner.IsMap() || !banner.GetBoolean("visible")) {
     full_text_.clear();
+    full_meta_.clear();
     hide();
     return;
   }
-  QString title = Q(banner.GetString("title")).toHtmlEscaped();
-  if (banner.GetBoolean("updated")) {
-    title += QString(" <span style='color:#198CFF; font-weight:normal;'>%1</span>")
-                 .arg(Q(banner.GetString("updated_text")).toHtmlEscaped());
-  }
-  title_->setText(title);
+  title_->setText(Q(banner.GetString("title")));
+  updated_->setText(Q(banner.GetString("updated_text")));
+  updated_->setVisible(banner.GetBoolean("updated"));
   QStringList meta;
   for (char const* key : {"sender", "time"}) {
     if (!banner.GetString(key).empty()) meta << Q(banner.GetString(key));
   }
-  meta_->setText(meta.join(QString::fromUtf8(" \u00b7 ")));
+  full_meta_ = meta.join(QString::fromUtf8(" \u00b7 "));
   full_text_ = Q(banner.GetString("text")).simplified();
   setToolTip(Q(banner.GetString("open_tips")));
   close_->setToolTip(Q(banner.GetString("close_tips")));
@@ -151,7 +159,12 @@ QString MeetingNoticeBanner::ElideToLines(QString const& text, QFont const& font
 
 void MeetingNoticeBanner::UpdateText() {
   if (!text_) return;
+  // The style sheet's fonts are the ones to measure with.
+  text_->ensurePolished();
+  meta_->ensurePolished();
   text_->setText(ElideToLines(full_text_, text_->font(), text_->width(), kMaxLines));
+  meta_->setText(ElideToLines(full_meta_, meta_->font(), meta_->width(), 1));
+  meta_->setToolTip(full_meta_);
 }
 
 void MeetingNoticeBanner::mouseReleaseEvent(QMouseEvent* event) {
@@ -180,6 +193,6 @@ void MeetingNoticeBanner::keyPressEvent(QKeyEvent* event) {
 
 bool MeetingNoticeBanner::eventFilter(QObject* watched, QEvent* event) {
   // The text is cut to the label's own width once the layout has set it.
-  if (watched == text_ && event->type() == QEvent::Resize) UpdateText();
+  if ((watched == text_ || watched == meta_) && event->type() == QEvent::Resize) UpdateText();
   return QFrame::eventFilter(watched, event);
 }

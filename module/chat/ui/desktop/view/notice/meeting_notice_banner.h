@@ -32,10 +32,13 @@ class MeetingNoticeBanner : public QFrame {
   void SetBanner(Variant const& banner);
 
   QLabel* title_label() const { return title_; }
+  QLabel* updated_label() const { return updated_; }
   QLabel* meta_label() const { return meta_; }
   QLabel* text_label() const { return text_; }
   QToolButton* close_button() const { return close_; }
   QString const& full_text() const { return full_text_; }
+  // Who published the notice and when, before it is cut to the line.
+  QString const& full_meta() const { return full_meta_; }
 
   // `text` cut to `lines` lines of `width` pixels in `font`, the last one
   // ending in an ellipsis when something was left out.
@@ -55,9 +58,11 @@ class MeetingNoticeBanner : public QFrame {
 
   QLabel* icon_ = nullptr;
   QLabel* title_ = nullptr;
+  QLabel* updated_ = nullptr;
   QLabel* meta_ = nullptr;
   QLabel* text_ = nullptr;
   QToolButton* close_ = nullptr;
   QString full_text_;
+  QString full_meta_;
   std::shared_ptr<framework::StatefulViewModel> view_model_;
 };
