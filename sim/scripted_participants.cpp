@@ -224,6 +224,19 @@ void ScriptedParticipants::AdvanceFile(std::string const& msg_id, int status, do
   });
 }
 
+void ScriptedParticipants::PublishNotice(std::string const& text, std::string const& link) {
+  Variant items(base::variant::kVariantTypeArray);
+  items.Add(Element({{"item_type", Variant(0)}, {"item_content", Variant(text)}}));
+  items.Add(Element({{"item_type", Variant(2)}, {"item_content", Variant(link)}}));
+  meeting_.notices().PublishAs(meeting_.context().meeting_id, kPeople[4].user_id, kPeople[4].nickname, 1,
+                               items.ToJson());
+  // The host's client tells the chat, as every client does after a change.
+  Variant content(base::variant::kVariantTypeArray);
+  content.Add(Element({{"item_type", Variant(0)}, {"item_content", Variant("Meeting notice: " + text + link)}}));
+  const std::string id = meeting_.messages().Post(ChatRecord(meeting_.meeting().meeting_id(), kPeople[4], 6, content));
+  if (!id.empty()) posted_.push_back(id);
+}
+
 void ScriptedParticipants::BuildScript() {
   auto file_id = std::make_shared<std::string>();
   auto recalled = std::make_shared<std::string>();
@@ -239,22 +252,16 @@ void ScriptedParticipants::BuildScript() {
       [this, file_id] { AdvanceFile(*file_id, 7, 0.6); },
       [this, recalled] { meeting_.messages().Revoke(*recalled); },
       [this] {
-        // The host publishes the meeting's notice, and the chat shows it.
-        const std::string notice =
-            "Please keep your microphone muted while others present. Questions go in the chat; we'll take "
-            "them at the end of each section. Agenda: ";
-        const std::string agenda = "https://www.talvex-demo.org/agenda";
-        Variant items(base::variant::kVariantTypeArray);
-        items.Add(Element({{"item_type", Variant(0)}, {"item_content", Variant(notice)}}));
-        items.Add(Element({{"item_type", Variant(2)}, {"item_content", Variant(agenda)}}));
-        meeting_.notices().PublishAs(meeting_.context().meeting_id, kPeople[4].user_id, kPeople[4].nickname, 1,
-                                     items.ToJson());
-        Variant content(base::variant::kVariantTypeArray);
-        content.Add(Element({{"item_type", Variant(0)},
-                             {"item_content", Variant("Meeting notice: " + notice + agenda)}}));
-        const std::string id =
-            meeting_.messages().Post(ChatRecord(meeting_.meeting().meeting_id(), kPeople[4], 6, content));
-        if (!id.empty()) posted_.push_back(id);
+        // The host publishes the meeting's notice, and edits it a while later.
+        PublishNotice(
+            "Please keep your microphone muted while others present. Questions go in the chat; we'll take them "
+            "at the end of each section. Agenda: ",
+            "https://www.talvex-demo.org/agenda");
+        QTimer::singleShot(notice_edit_delay_ms_, this, [this] {
+          PublishNotice("Change of plan: the Q3 numbers come first, then the offsite. Keep your microphone muted "
+                        "while others present. Agenda: ",
+                        "https://www.talvex-demo.org/agenda");
+        });
       },
       [this, file_id] { AdvanceFile(*file_id, 9, 1.0); },
       [this] {

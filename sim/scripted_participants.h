@@ -13,8 +13,9 @@ class MeetingSimulator;
 
 // People in the simulated meeting who chat on their own: text with links and
 // emoji, pictures (drawn at run time into the user's cache), a file that
-// downloads over a few seconds, the meeting's notice, the shop's goods card,
-// a message taken back and one's own message that failed to send.
+// downloads over a few seconds, the meeting's notice (edited a minute after
+// it is published), the shop's goods card, a message taken back and one's
+// own message that failed to send.
 class ScriptedParticipants : public QObject {
   Q_OBJECT
 
@@ -29,6 +30,9 @@ class ScriptedParticipants : public QObject {
   void Start(int step_ms = 350);
   void Stop();
   bool finished() const { return next_step_ >= steps_.size(); }
+  // How long after publishing the meeting's notice the host edits it
+  // (a minute by default).
+  void set_notice_edit_delay_ms(int ms) { notice_edit_delay_ms_ = ms; }
   // Messages posted so far, in order.
   std::vector<std::string> const& posted() const { return posted_; }
 
@@ -46,6 +50,8 @@ class ScriptedParticipants : public QObject {
   void AdvanceFile(std::string const& msg_id, int status, double progress);
   // The meeting's shop posts an offer, drawn in the configured layout.
   std::string GoodsCard(int who);
+  // The host publishes `text` followed by `link` as the meeting's notice.
+  void PublishNotice(std::string const& text, std::string const& link);
 
   MeetingSimulator& meeting_;
   QTimer* timer_ = nullptr;
@@ -53,6 +59,7 @@ class ScriptedParticipants : public QObject {
   size_t next_step_ = 0;
   std::vector<std::string> posted_;
   int image_count_ = 0;
+  int notice_edit_delay_ms_ = 60000;
 };
 
 }  // namespace sim

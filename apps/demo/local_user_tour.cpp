@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QTimer>
@@ -132,6 +133,20 @@ void LocalUserTour::ShowNotice(int delay_ms) {
     if (on_notice_open) on_notice_open();
     dialog->close();
   });
+}
+
+void LocalUserTour::NoteNoticeBanner() {
+  QWidget* banner = Find("meeting_notice_banner");
+  if (!banner || !banner->isVisible()) {
+    log_ << "no notice banner over the chat";
+    return;
+  }
+  QStringList shown;
+  for (char const* name : {"notice_banner_title", "notice_banner_updated", "notice_banner_meta", "notice_banner_text"}) {
+    auto* label = banner->findChild<QLabel*>(name);
+    if (label && label->isVisible()) shown << label->text().simplified();
+  }
+  log_ << QString("the notice banner over the chat reads: %1").arg(shown.join(" | "));
 }
 
 void LocalUserTour::Start(int delay_ms) {

@@ -25,6 +25,8 @@ class LocalUserTour : public QObject {
   // closes it again; `on_notice_open` is called while it stands open.
   void ShowNotice(int delay_ms);
   std::function<void()> on_notice_open;
+  // Notes in the log what the notice banner over the chat shows now.
+  void NoteNoticeBanner();
   // Called while the member list stands open the last time, before Escape
   // closes it: the moment for a picture of it.
   std::function<void()> on_member_list_open;

@@ -134,6 +134,7 @@ int main(int argc, char** argv) {
                                     : "Not loaded: " + host.error());
   // The chat panel as the client hosts it, with people chatting in the meeting.
   const bool panel = loaded && window.ShowChatPanel() > 0;
+  if (headless) participants.set_notice_edit_delay_ms(5000);  // the minute, told in seconds
   if (panel) participants.Start(headless ? 280 : 1500);
   // The local user writes privately to one of them, then to everyone again.
   LocalUserTour tour(&window, "jor", "Could you send me the slides after the call?");
@@ -176,6 +177,7 @@ int main(int argc, char** argv) {
       const QString shot = QDir(out_dir).filePath("demo.png");
       const QString transcript = QDir(out_dir).filePath("transcript.md");
       if (!window.GrabWithOverlays().save(shot)) rc = 1;
+      tour.NoteNoticeBanner();
       if (!WriteText(transcript, Transcript(window, host, tour.log()))) rc = 1;
       std::printf("screenshot: %s\ntranscript: %s\n", qPrintable(shot), qPrintable(transcript));
       app.quit();
