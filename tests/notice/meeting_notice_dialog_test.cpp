@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QtTest/QTest>
@@ -10,6 +11,7 @@
 
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/controller/page_controller.h"
+#include "chat/ui/desktop/view/notice/meeting_notice_banner.h"
 #include "chat/ui/desktop/view/notice/meeting_notice_view.h"
 #include "chat/viewmodel/meeting_notice_view_model.h"
 #include "framework/navigation/routing.h"
@@ -92,6 +94,44 @@ TEST_F(NoticePageTest, AHostWritesWithinTheLimitPublishesAndTheDialogCloses) {
   EXPECT_TRUE(window->isVisible());
   clock_.Advance(chat::MeetingNoticeViewModel::kCloseDelayMs);
   EXPECT_FALSE(window->isVisible()) << "closed after the success";
+}
+
+// The banner's own behaviour, without a view model: what it shows for a
+// published banner, how it cuts the notice, and its keys.
+TEST(NoticeBannerWidgetTest, ItCutsTheNoticeToTwoLinesAndOpensOrHidesByKey) {
+  const QFont font;
+  const QString text = "one two three four five six seven eight nine ten eleven twelve thirteen fourteen";
+  const int width = QFontMetrics(font).horizontalAdvance("one two three four") + 4;
+  const QString cut = MeetingNoticeBanner::ElideToLines(text, font, width, 2);
+  ASSERT_EQ(cut.count('\n'), 1);
+  EXPECT_TRUE(cut.startsWith("one two three")) << cut.toStdString();
+  EXPECT_TRUE(cut.endsWith(QString::fromUtf8("\u2026")));
+  for (QString const& line : cut.split('\n')) EXPECT_LE(QFontMetrics(font).horizontalAdvance(line), width);
+  EXPECT_EQ(MeetingNoticeBanner::ElideToLines("short", font, width, 2), "short") << "what fits is left whole";
+  EXPECT_EQ(MeetingNoticeBanner::ElideToLines(text, font, 0, 2), "");
+
+  MeetingNoticeBanner banner;
+  banner.resize(360, 80);
+  banner.SetBanner(Variant::Map{{"visible", true}, {"title", "Meeting notice"}, {"text", "Doors <open> at 9"},
+                                {"sender", "Riley"}, {"time", "09:30"}, {"updated", false}});
+  banner.show();
+  EXPECT_TRUE(banner.isVisible());
+  EXPECT_EQ(banner.text_label()->text(), "Doors <open> at 9");
+  EXPECT_EQ(banner.full_meta(), QString::fromUtf8("Riley \u00b7 09:30"));
+  EXPECT_FALSE(banner.updated_label()->isVisible());
+  QSignalSpy open(&banner, &MeetingNoticeBanner::OpenClicked);
+  QSignalSpy close(&banner, &MeetingNoticeBanner::CloseClicked);
+  QTest::keyClick(&banner, Qt::Key_Return);
+  QTest::keyClick(&banner, Qt::Key_Space);
+  QTest::keyClick(&banner, Qt::Key_Escape);
+  EXPECT_EQ(open.count(), 2);
+  EXPECT_EQ(close.count(), 1);
+
+  for (Variant hidden : {Variant(), Variant(7), Variant(Variant::Map{{"visible", false}, {"text", "x"}})}) {
+    banner.SetBanner(hidden);
+    EXPECT_TRUE(banner.isHidden());
+    EXPECT_TRUE(banner.full_text().isEmpty());
+  }
 }
 
 }  // namespace
