@@ -200,30 +200,6 @@ std::string ScriptedParticipants::File(int who, std::string const& name, int64_t
   return id;
 }
 
-void ScriptedParticipants::AdvanceFile(std::string const& msg_id, int status, double progress) {
-  meeting_.messages().Update(msg_id, [&](Variant& record) {
-    Variant& content = record["ui_msg_content"];
-    const int64_t size = content.GetInteger("size");
-    content.Set("status", status);
-    content.Set("progress", progress);
-    std::string sub_title = talvex::ChatFileUtils::DisplayFileSize(size);
-    if (status == 7) {
-      sub_title = talvex::ChatFileUtils::DisplayFileSize(static_cast<int64_t>(size * progress)) + "/" + sub_title;
-    }
-    if (status == 9) {
-      // The download ends in a real file in today's chat folder.
-      const QString folder = QString::fromStdString(talvex::ChatFileUtils::GetChatFileDateDirPath());
-      const QString path = QDir(folder).filePath(QString::fromStdString(content.GetString("title")));
-      QFile file(path);
-      if (file.open(QIODevice::WriteOnly)) file.write(QByteArray(static_cast<int>(std::min<int64_t>(size, 1 << 20)), 'x'));
-      content.Set("path", path.toStdString());
-    }
-    content.Set("sub_title", sub_title);
-    record["ext_content"]["file_info"].Set("status", status);
-    record["ext_content"]["file_info"].Set("progress", progress);
-  });
-}
-
 void ScriptedParticipants::PublishNotice(std::string const& text, std::string const& link) {
   Variant items(base::variant::kVariantTypeArray);
   items.Add(Element({{"item_type", Variant(0)}, {"item_content", Variant(text)}}));
@@ -238,7 +214,6 @@ void ScriptedParticipants::PublishNotice(std::string const& text, std::string co
 }
 
 void ScriptedParticipants::BuildScript() {
-  auto file_id = std::make_shared<std::string>();
   auto recalled = std::make_shared<std::string>();
   steps_ = {
       [this] { Text(4, "Welcome, everyone! We'll start in a minute."); },
@@ -246,10 +221,10 @@ void ScriptedParticipants::BuildScript() {
       [this] { Text(1, "Thanks Avery! I've put the slides in the shared folder too."); },
       [this] { Image(2, 960, 600, 0); },
       [this] { Text(2, "That's the view from the offsite venue [Cool]"); },
-      [this, file_id] { *file_id = File(1, "Q3-roadmap.pdf", 3 * 1024 * 1024 + 400 * 1024); },
-      [this, file_id] { AdvanceFile(*file_id, 7, 0.25); },
+      [this] { File(1, "Q3-roadmap.pdf", 3 * 1024 * 1024 + 400 * 1024); },
+      [this] { Text(1, "It's about 3 MB, open it from the chat when you have a moment."); },
       [this, recalled] { *recalled = Text(3, "oops, wrong chat window"); },
-      [this, file_id] { AdvanceFile(*file_id, 7, 0.6); },
+      [this] { Text(0, "Got it, thanks Jordan."); },
       [this, recalled] { meeting_.messages().Revoke(*recalled); },
       [this] {
         // The host publishes the meeting's notice, and edits it a while later.
@@ -263,7 +238,7 @@ void ScriptedParticipants::BuildScript() {
                         "https://www.talvex-demo.org/agenda");
         });
       },
-      [this, file_id] { AdvanceFile(*file_id, 9, 1.0); },
+      [this] { Text(2, "The roadmap looks good to me."); },
       [this] {
         // One's own message that did not go out.
         Variant record = TextRecord(meeting_.meeting().meeting_id(), kSelf, "Can everyone hear me?", true);

@@ -12,10 +12,10 @@ namespace sim {
 class MeetingSimulator;
 
 // People in the simulated meeting who chat on their own: text with links and
-// emoji, pictures (drawn at run time into the user's cache), a file that
-// downloads over a few seconds, the meeting's notice (edited a minute after
-// it is published), the shop's goods card, a message taken back and one's
-// own message that failed to send.
+// emoji, pictures (drawn at run time into the user's cache), a file to
+// download, the meeting's notice (edited a minute after it is published),
+// the shop's goods card, a message taken back and one's own message that
+// failed to send.
 class ScriptedParticipants : public QObject {
   Q_OBJECT
 
@@ -47,7 +47,6 @@ class ScriptedParticipants : public QObject {
   std::string Text(int who, std::string const& text);
   std::string Image(int who, int width, int height, int seed);
   std::string File(int who, std::string const& name, int64_t size);
-  void AdvanceFile(std::string const& msg_id, int status, double progress);
   // The meeting's shop posts an offer, drawn in the configured layout.
   std::string GoodsCard(int who);
   // The host publishes `text` followed by `link` as the meeting's notice.

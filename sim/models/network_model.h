@@ -6,7 +6,8 @@ namespace sim {
 
 // Model 504: the client's connection.
 //   method 9  -> bool, the network is up
-//   method 10 -> int, the sign-in state (0 signed in)
+//   method 10 -> int, the account's authorization (2 authorized: it may
+//             download chat files)
 class NetworkModel : public SimModel {
  public:
   static constexpr int kId = 504;
@@ -16,7 +17,7 @@ class NetworkModel : public SimModel {
 
  private:
   bool up_ = true;
-  int auth_state_ = 0;
+  int auth_state_ = 2;
 };
 
 }  // namespace sim
