@@ -3,6 +3,8 @@
 // view model gives for a copy of several messages.
 #include <QFileInfo>
 #include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QToolButton>
 #include <QTest>
 #include <set>
@@ -11,7 +13,9 @@
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/controller/page_controller.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_view.h"
+#include "chat/ui/desktop/view/chat/chat_file_item.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
+#include "chat/ui/desktop/view/file/file_preview_view.h"
 #include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/extension/extension.h"
@@ -141,6 +145,7 @@ TEST_F(PanelHostTest, ScriptedParticipantsPlayEveryKindOfMessage) {
   ASSERT_TRUE(talvex_test::WaitUntil([&] { return participants.finished(); }, 10000));
   std::set<int> kinds;
   std::multiset<int> statuses;
+  std::string file_id;
   for (auto const& id : participants.posted()) {
     auto record = talvex::ChatUtils::GetMsgInfoPtrById(id);
     ASSERT_TRUE(record) << id;
@@ -152,10 +157,23 @@ TEST_F(PanelHostTest, ScriptedParticipantsPlayEveryKindOfMessage) {
       EXPECT_TRUE(QFileInfo::exists(content.GetString("orig_path").c_str()));
     }
     if (record->GetInt32("chat_type") == 8) {
-      EXPECT_EQ(content.GetInt32("status"), 9) << "the download finished";
-      EXPECT_TRUE(QFileInfo::exists(content.GetString("path").c_str()));
+      EXPECT_EQ(content.GetInt32("status"), 5) << "a file waits to be downloaded";
+      file_id = id;
     }
   }
+  // Downloaded, it is a real file of its size where the client keeps chat files.
+  ASSERT_FALSE(file_id.empty());
+  meeting_.files().set_step_ms(2);
+  Variant ask = Variant::Map{{"msg_id", file_id},
+                             {"file_info", talvex::ChatUtils::GetMsgInfoPtrById(file_id)->Get("ext_content").Get("file_info")}};
+  ASSERT_TRUE(meeting_.files().Invoke(4, &ask, nullptr));
+  ASSERT_TRUE(talvex_test::WaitUntil([&] {
+    return talvex::ChatUtils::GetMsgInfoPtrById(file_id)->Get("ui_msg_content").GetInt32("status") == 9;
+  }));
+  const QFileInfo file(talvex::ChatUtils::GetMsgInfoPtrById(file_id)->Get("ui_msg_content").GetString("path").c_str());
+  EXPECT_TRUE(file.exists());
+  EXPECT_EQ(file.fileName(), "Q3-roadmap.pdf");
+  EXPECT_EQ(file.size(), 3 * 1024 * 1024 + 400 * 1024);
   for (int kind : {0, 4, 6, 7, 8}) EXPECT_EQ(kinds.count(kind), 1u) << kind;
   EXPECT_EQ(statuses.count(6), 1u) << "one recall";
   EXPECT_EQ(statuses.count(3), 1u) << "one failed send";
@@ -245,6 +263,53 @@ TEST_F(PanelHostTest, ANewNoticeShowsItsBannerAndTheNoticeButtonsRedDot) {
   EXPECT_FALSE(input->notice_button()->property("notice_enabled").toBool());
   QTest::mouseClick(input->notice_button(), Qt::LeftButton);
   EXPECT_EQ(framework::NavigateService::Instance()->opened().size(), 1u) << "nothing opens";
+}
+
+// A received file followed on its page from the click on its card to the
+// file opening: the progress moves with the simulated transfer.
+TEST_F(PanelHostTest, AFilesCardOpensItsPageWhichDownloadsAndOpensIt) {
+  meeting_.files().set_step_ms(20);
+  meeting_.files().set_steps(5);
+  QtView::ChattingPanelShowView* panel = ShowChatPoint();
+  ASSERT_NE(panel, nullptr);
+  Variant info = Variant::Map{{"id", "f-9"}, {"name", "agenda.pdf"}, {"size", 500000}, {"status", 5}};
+  const std::string id = meeting_.messages().Post(sim::ChatRecord(meeting_.meeting().meeting_id(), kAvery, 8,
+                                                                  Variant(), false, Variant::Map{{"file_info", info}}));
+  ChatFileItem* card = nullptr;
+  ASSERT_TRUE(talvex_test::WaitUntil([&] {
+    auto* row = panel->RowWidgetOf(id);
+    card = row ? row->findChild<ChatFileItem*>() : nullptr;
+    return card && card->isVisible();
+  }));
+  QWidget* container = card->findChild<QWidget*>("Container");
+  ASSERT_NE(container, nullptr);
+  QTest::mouseClick(container, Qt::LeftButton, Qt::NoModifier, QPoint(30, 20));
+  ASSERT_TRUE(panel->file_preview() && panel->file_preview()->view());
+  auto* page = dynamic_cast<QtView::FilePreviewView*>(panel->file_preview()->view().get());
+  ASSERT_TRUE(page && page->widget());
+  FilePreviewWidget* widget = page->widget();
+  EXPECT_TRUE(widget->window()->isVisible());
+  EXPECT_EQ(widget->name_label()->text(), "agenda.pdf");
+  ASSERT_TRUE(widget->main_button()->isVisible());
+  EXPECT_FALSE(widget->open_button()->isVisible());
+
+  QTest::mouseClick(widget->main_button(), Qt::LeftButton);
+  ASSERT_TRUE(talvex_test::WaitUntil([&] { return widget->progress_bar()->isVisible(); }));
+  EXPECT_TRUE(widget->cancel_button()->isVisible());
+  int seen = 0;
+  ASSERT_TRUE(talvex_test::WaitUntil([&] {
+    seen = std::max(seen, widget->progress_bar()->value());
+    return widget->open_button()->isVisible();
+  }));
+  EXPECT_GT(seen, 0) << "the bar moved on the way";
+  EXPECT_FALSE(widget->progress_bar()->isVisible());
+  EXPECT_FALSE(widget->main_button()->isVisible());
+  QTest::mouseClick(widget->open_button(), Qt::LeftButton);
+  auto* ui = dynamic_cast<framework::RecordingUIService*>(framework::GetUIService());
+  ASSERT_TRUE(ui);
+  ASSERT_EQ(ui->opened_paths().size(), 1u);
+  EXPECT_EQ(QFileInfo(ui->opened_paths()[0].c_str()).size(), 500000);
+  EXPECT_EQ(card->sub_title_label()->text().trimmed().toStdString(), "488.3 KB") << "the row follows the same transfer";
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ enum ChatServiceId : int {
 // The client's models, by the number the client gives them.
 enum HostModelId : int {
   kHostMeetingSettingsModel = 502,
+  kHostNetworkModel = 504,
   kHostMemberModel = 508,
   kHostMeetingModel = 514,
   kHostSettingsModel = 517,
@@ -41,6 +42,12 @@ constexpr uint32_t kMemberMethodWaitingRoomMembers = 37;  // kHostMemberModel: t
 constexpr uint32_t kMeetingEventJoined = 1;               // kHostMeetingModel: the meeting is joined
 constexpr uint32_t kMeetingEventLeft = 2;                 // kHostMeetingModel: the meeting was left
 constexpr uint32_t kMeetingEventRoomChanged = 18;         // kHostMeetingModel: moved to another room
+constexpr uint32_t kFileMethodStartDownload = 4;          // kHostChatFileModel: download a message's file
+constexpr uint32_t kFileMethodStopDownload = 5;           // kHostChatFileModel: stop that download
+constexpr uint32_t kFileMethodIsSupport = 16;             // kHostChatFileModel: whether a kind of file opens
+constexpr uint32_t kFileEventMsgChanged = 0;              // kHostChatFileModel: a chat file's transfer moved
+constexpr uint32_t kFileEventRecordMsgChanged = 3;        // kHostChatFileModel: a chat record file's transfer moved
+constexpr uint32_t kFileEventRevoked = 4;                 // kHostChatFileModel: a file was taken back
 
 constexpr char kModuleName[] = "chat";
 constexpr char kMeetingNoticePage[] = "talvex://page/meeting_notice";

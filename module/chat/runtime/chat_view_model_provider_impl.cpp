@@ -11,6 +11,7 @@
 #include "chat/viewmodel/chat_text_message_view_model.h"
 #include "chat/viewmodel/chat_tip_message_view_model.h"
 #include "chat/viewmodel/chat_input_view_model.h"
+#include "chat/viewmodel/file_preview_view_model.h"
 #include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "chat/viewmodel/meeting_notice_banner_view_model.h"
 #include "chat/viewmodel/meeting_notice_view_model.h"
@@ -44,6 +45,7 @@ ChatViewModelProviderImpl::ChatViewModelProviderImpl(framework::module::ModuleRu
   makers_[kViewModelMeetingNotice] = Make<MeetingNoticeViewModel>();
   makers_[kViewModelHistoryMeetingNotice] = Make<HistoryMeetingNoticeViewModel>();
   makers_[kViewModelMeetingNoticeBanner] = Make<MeetingNoticeBannerViewModel>();
+  makers_[kViewModelFilePreview] = Make<FilePreviewViewModel>();
 }
 
 std::shared_ptr<framework::ViewModel> ChatViewModelProviderImpl::Build(int type) {

@@ -22,8 +22,6 @@
 namespace chat {
 
 namespace {
-constexpr uint32_t kFileMethodDownload = 4;
-constexpr uint32_t kFileMethodIsSupport = 16;
 constexpr int64_t kDefaultSendFileMaxSize = 524288000;
 
 bool UserIsInList(uint32_t method, std::string const& user_id) {
@@ -135,7 +133,7 @@ bool DownloadFileByMsgId(std::string const& msg_id, int download_file_from) {
   params.Set("file_info", file_info);
   params.Set(chat_key::kMsgId, msg_id);
   params.Set("download_file_from", download_file_from);
-  return files->Invoke(kFileMethodDownload, &params, nullptr);
+  return files->Invoke(kFileMethodStartDownload, &params, nullptr);
 }
 
 bool UserIsInWaitingRoom(std::string const& user_id) { return UserIsInList(kMemberMethodWaitingRoomList, user_id); }

@@ -1,5 +1,7 @@
 #include "chat/viewmodel/chat_file_message_view_model.h"
 
+#include "chat/model/chat_message.h"
+#include "chat/runtime/chat_ids.h"
 #include "chat/util/utils.h"
 #include "framework/chat/chat_utils.h"
 
@@ -33,6 +35,11 @@ void ChatFileMessageViewModel::HandleAction(uint32_t action, Variant const* para
   }
   if (action == kActionDownloadFile) {
     DownloadFileByMsgId(msg_id_, kDownloadFromRow);
+    return;
+  }
+  if (action == kActionStopDownload) {
+    Variant message = Variant::Map{{chat_key::kMsgId, msg_id_}};
+    InvokeHostModel(kHostChatFileModel, kFileMethodStopDownload, &message, nullptr);
     return;
   }
   ChatMessageItemViewModel::HandleAction(action, params);

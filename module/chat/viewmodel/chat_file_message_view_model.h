@@ -10,6 +10,7 @@ class ChatFileMessageViewModel : public ChatMessageItemViewModel {
   static constexpr uint32_t kPropInfo = framework::NameId("ChatFileMessageViewModel.Info");
   static constexpr uint32_t kActionOpenFile = framework::NameId("ChatFileMessageViewModel.Open");
   static constexpr uint32_t kActionDownloadFile = framework::NameId("ChatFileMessageViewModel.Download");
+  static constexpr uint32_t kActionStopDownload = framework::NameId("ChatFileMessageViewModel.StopDownload");
 
   void HandleAction(uint32_t action, Variant const* params) override;
 

@@ -25,7 +25,6 @@ namespace analytics = talvex_common::utils::analytics;
 using ChatModel = TypedBizModel::Chat::ModelImpl;
 using SendModel = TypedBizModel::ChatSendMessage::ModelImpl;
 
-constexpr int kHostNetworkModel = 504;
 constexpr uint32_t kNetworkMethodIsUp = 9;
 constexpr int kHostNoticeModel = 539;
 constexpr int kHostWebinarTipsModel = 690;

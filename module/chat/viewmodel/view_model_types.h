@@ -26,6 +26,7 @@ enum ChatViewModelType : int {
   kViewModelMeetingNotice = 1024,
   kViewModelHistoryMeetingNotice = 1025,
   kViewModelMeetingNoticeBanner = 1026,
+  kViewModelFilePreview = 1027,
   kViewModelQuickOperation = 1030,
 };
 

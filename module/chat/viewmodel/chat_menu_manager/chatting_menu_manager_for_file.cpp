@@ -18,7 +18,6 @@
 namespace chat {
 
 namespace {
-constexpr uint32_t kFileMethodStopDownload = 5;
 constexpr uint32_t kFileMethodRetryUpload = 6;
 constexpr uint32_t kFileMethodStopUpload = 7;
 constexpr int kDownloadFromMenu = 2;

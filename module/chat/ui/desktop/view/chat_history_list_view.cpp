@@ -1,3 +1,5 @@
+#include "chat/ui/desktop/view/file/file_preview_view.h"
+#include "chat/viewmodel/file_preview_view_model.h"
 #include "chat/ui/desktop/view/chat_history_list_view.h"
 
 #include <QCursor>
@@ -204,6 +206,7 @@ void ChatHistoryListView::OnViewModelBoundEx(framework::StatefulViewModel* view_
 
 void ChatHistoryListView::OnDispose() {
   batch_timer_.reset();
+  file_preview_.reset();
   if (last_menu_) last_menu_->close();
   if (menu_model_) {
     menu_model_->DidDetached();
@@ -283,6 +286,9 @@ QFReuseWidget* ChatHistoryListView::ItemWidgetAtIndex(ChatReuseListWidget* list,
   });
   QObject::connect(row, &ChatMessageWidget::AvatarMenuRequested, guard_.get(), [weak_view](Variant const& params) {
     if (auto v = weak_view.lock()) v->FireViewEvent(ChatMessageView::kEventAvatarMenu, &params, nullptr);
+  });
+  QObject::connect(row, &ChatMessageWidget::FilePreviewRequested, guard_.get(), [weak_view](Variant const& params) {
+    if (auto v = weak_view.lock()) v->FireViewEvent(ChatMessageView::kEventFilePreview, &params, nullptr);
   });
   QObject::connect(row, &ChatMessageWidget::ActionRequested, guard_.get(),
                    [weak_view](quint32 action, Variant const& params) {
@@ -635,9 +641,26 @@ bool ChatHistoryListView::HandleViewEvent(AppBaseView* source, int event, Varian
       TXLOG_INFO << "[chat menu] avatar menu requested, msg_id=" << msg_id;
       ShowMessageMenu(msg_id, chat::ChattingMenuViewModel::kTargetAvatar);
       return true;
+    case ChatMessageView::kEventFilePreview:
+      ShowFilePreview(msg_id);
+      return true;
     default:
       return false;
   }
+}
+
+void ChatHistoryListView::ShowFilePreview(std::string const& msg_id) {
+  Variant params = chat::FilePreviewViewModel::ParamsOfMessage(msg_id, template_type_);
+  if (params.IsNull()) {
+    TXLOG_WARN << "[chat file] no file message to show, msg_id=" << msg_id;
+    return;
+  }
+  if (!file_preview_) {
+    auto* runtime = view_model() ? view_model()->GetModuleRuntime4ATG() : nullptr;
+    file_preview_ = std::make_unique<chat::PageController>(
+        "chat file preview", [runtime] { return std::make_shared<FilePreviewView>(runtime); }, true);
+  }
+  file_preview_->Call("show", &params);
 }
 
 void ChatHistoryListView::ShowMessageMenu(std::string const& msg_id, int target) {

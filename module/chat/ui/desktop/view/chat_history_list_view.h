@@ -16,6 +16,7 @@
 #include "chat/ui/desktop/view/list/chat_message_list_widget.h"
 class ChatMessageWidget;
 #include "chat/ui/desktop/view/chat/chat_unread_msg_widget.h"
+#include "chat/ui/desktop/controller/page_controller.h"
 class QObject;
 
 namespace QtView {
@@ -50,6 +51,10 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   // as a real menu at the pointer. 0 the message, 1 its sender's avatar.
   void ShowMessageMenu(std::string const& msg_id, int target);
   QMenu* last_menu() const { return last_menu_.data(); }
+
+  // The page of a file message, in a window of its own; one at a time.
+  void ShowFilePreview(std::string const& msg_id);
+  chat::PageController* file_preview() const { return file_preview_.get(); }
 
   // Ctrl+C: one row copies itself; several ask the view model for their text.
   void CopySelection();
@@ -109,6 +114,7 @@ class ChatHistoryListView : public AppQTView, public ChatReuseListWidgetDelegate
   bool scroll_to_bottom_once_ = false;
   std::string message_conv_id_;
   int template_type_ = 2;
+  std::unique_ptr<chat::PageController> file_preview_;
   std::vector<Variant> items_;
   std::unordered_map<std::string, int> index_of_;
   std::unordered_map<std::string, int> heights_;

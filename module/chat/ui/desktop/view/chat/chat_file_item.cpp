@@ -5,11 +5,14 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "chat/model/chat_message.h"
 #include "chat/util/utils.h"
+#include "chat/viewmodel/chat_file_message_view_model.h"
 #include "uikit/tx_qt_ui_util.h"
 
 namespace {
@@ -83,7 +86,17 @@ QWidget* ChatFileItem::CreateMsgContent(QWidget* parent) {
   operation_->setFixedSize(20, 20);
   operation_->setIconSize(QSize(20, 20));
   operation_->setCursor(Qt::PointingHandCursor);
-  connect(operation_, &QPushButton::clicked, this, [this] { emit OperationClicked(status_); });
+  connect(operation_, &QPushButton::clicked, this, [this] {
+    emit OperationClicked(status_);
+    if (status_ == chat::kFileDownloadWaiting || status_ == chat::kFileDownloading) {
+      RequestAction(chat::ChatFileMessageViewModel::kActionStopDownload);
+    } else if (status_ == chat::kFileNotDownloaded || status_ == chat::kFileDownloadCanceled ||
+               status_ == chat::kFileDownloadFailed) {
+      RequestAction(chat::ChatFileMessageViewModel::kActionDownloadFile);
+    }
+  });
+  container_->installEventFilter(this);
+  container_->setCursor(Qt::PointingHandCursor);
   layout->addWidget(icon_);
   layout->addLayout(texts, 1);
   layout->addWidget(operation_);
@@ -108,6 +121,18 @@ void ChatFileItem::UpdateMsgContentWithMessageInfo(Variant const& message) {
   progress_visible_ = message.GetBoolean("progress_visible", false);
   progress_value_ = message.GetDouble("progress", 0.0);
   UpdateProgress();
+}
+
+bool ChatFileItem::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == container_ && event->type() == QEvent::MouseButtonRelease) {
+    auto* release = static_cast<QMouseEvent*>(event);
+    if (release->button() == Qt::LeftButton && container_->rect().contains(release->pos())) {
+      Variant params(base::variant::kVariantTypeMap);
+      params.Set(chat::chat_key::kMsgId, item_msg_id());
+      emit FilePreviewRequested(params);
+    }
+  }
+  return ChatItem::eventFilter(watched, event);
 }
 
 void ChatFileItem::UpdateProgress() {

@@ -7,7 +7,7 @@ class QPushButton;
 
 // A file message: kind icon, name, size and state line, the transfer's
 // progress behind them, and the button of the next step (cancel, download,
-// retry).
+// retry). A click on the card opens the file's page.
 class ChatFileItem : public ChatItem {
   Q_OBJECT
 
@@ -33,6 +33,7 @@ class ChatFileItem : public ChatItem {
  protected:
   QWidget* CreateMsgContent(QWidget* parent) override;
   void UpdateMsgContentWithMessageInfo(Variant const& message) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void UpdateProgress();

@@ -84,6 +84,8 @@ class ChatItem : public QWidget {
   // Something in the bubble asks the message's view model for `action`
   // (opening a card's app, a notice's page, retrying a picture).
   void ActionRequested(quint32 action, Variant const& params);
+  // A file's card was clicked: its page, "msg_id".
+  void FilePreviewRequested(Variant const& params);
 
  protected:
   virtual QWidget* CreateMsgContent(QWidget* parent) = 0;

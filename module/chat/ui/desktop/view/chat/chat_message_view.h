@@ -15,7 +15,7 @@ namespace QtView {
 class ChatMessageView : public AppQTView {
  public:
   // Events sent to the list's view.
-  enum Event : int { kEventMessageMenu = 3, kEventSizeChanged = 4, kEventAvatarMenu = 5 };
+  enum Event : int { kEventMessageMenu = 3, kEventSizeChanged = 4, kEventAvatarMenu = 5, kEventFilePreview = 6 };
 
   explicit ChatMessageView(ChatMessageWidget* widget) : widget_(widget) {}
 

@@ -56,6 +56,7 @@ void ChatMessageWidget::SetMessageInfo(Variant const& message) {
     connect(item_, &ChatItem::OnCustomContextMenuRequested, this, &ChatMessageWidget::ContextMenuRequested);
     connect(item_, &ChatItem::ChatItemMenuRequested, this, &ChatMessageWidget::AvatarMenuRequested);
     connect(item_, &ChatItem::ActionRequested, this, &ChatMessageWidget::ActionRequested);
+    connect(item_, &ChatItem::FilePreviewRequested, this, &ChatMessageWidget::FilePreviewRequested);
     item_->show();
   }
   item_->SetMessageInfo(message);

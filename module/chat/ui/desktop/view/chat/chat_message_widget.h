@@ -29,6 +29,7 @@ class ChatMessageWidget : public QFReuseWidget, public WidgetView {
   void AvatarMenuRequested(Variant const& params);
   // The item's request for an action of the row's view model.
   void ActionRequested(quint32 action, Variant const& params);
+  void FilePreviewRequested(Variant const& params);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
