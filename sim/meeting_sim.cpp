@@ -51,6 +51,7 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
       tip_resources_(std::make_shared<TipResourceModel>()),
       red_packets_(std::make_shared<RedPacketModel>()),
       banners_(std::make_shared<BannerModel>()),
+      web_meeting_(std::make_shared<WebMeetingModel>(*messages_)),
       send_desk_(std::make_unique<ChatSendDesk>(*messages_, *members_, *files_)),
       notice_service_(std::make_unique<MeetingNoticeService>()) {
   files_->set_messages(messages_.get());
@@ -89,6 +90,7 @@ void MeetingSimulator::Install() {
   application_->RegisterModel(ChatAuthorityModel::kId, authority_);
   application_->RegisterModel(PrivateChatModel::kId, private_chats_);
   application_->RegisterModel(NetworkModel::kId, network_);
+  application_->RegisterModel(WebMeetingModel::kId, web_meeting_);
   for (std::shared_ptr<SimModel> model : std::initializer_list<std::shared_ptr<SimModel>>{
            bullet_settings_, screen_share_, pic_in_pic_, tips_db_, tip_resources_, red_packets_, banners_}) {
     application_->RegisterModel(model->type(), model);
@@ -130,6 +132,7 @@ SimModel& MeetingSimulator::model(int id) {
   if (id == RedPacketModel::kId) return *red_packets_;
   if (id == BannerModel::kId) return *banners_;
   if (id == MemberProviderModel::kId) return *member_provider_;
+  if (id == WebMeetingModel::kId) return *web_meeting_;
   auto& slot = plain_models_[id];
   if (!slot) slot = std::make_shared<SimModel>(id);
   return *slot;

@@ -22,6 +22,7 @@
 #include "sim/models/member_model.h"
 #include "sim/models/member_provider_model.h"
 #include "sim/models/sidebar_app_model.h"
+#include "sim/models/web_meeting_model.h"
 
 namespace sim {
 
@@ -81,6 +82,8 @@ class MeetingSimulator {
   TipsDatabaseModel& tips_db() { return *tips_db_; }
   RedPacketModel& red_packets() { return *red_packets_; }
   BannerModel& banners() { return *banners_; }
+  // Model 584: the meeting's chat as web pages read it.
+  WebMeetingModel& web_meeting() { return *web_meeting_; }
   // Models the chat follows that nothing else of the meeting drives yet,
   // fired by hand: 539 and 1000001 (notice state; method 3 {bool} keeps the
   // read mark as the "notice_read" switch), 1000020 (method 0 {bool}:
@@ -120,6 +123,7 @@ class MeetingSimulator {
   std::shared_ptr<TipResourceModel> tip_resources_;
   std::shared_ptr<RedPacketModel> red_packets_;
   std::shared_ptr<BannerModel> banners_;
+  std::shared_ptr<WebMeetingModel> web_meeting_;
   std::map<int, std::shared_ptr<SimModel>> plain_models_;
   std::unique_ptr<ChatSendDesk> send_desk_;
   std::unique_ptr<MeetingNoticeService> notice_service_;

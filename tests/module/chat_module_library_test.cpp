@@ -12,7 +12,7 @@
 #include "framework/module/module_runtime.h"
 #include "framework/module/module_service.h"
 #include "framework/navigation/routing.h"
-#include "framework/web/web_plugin.h"
+#include "framework/web/web_host.h"
 #include "sim/meeting_sim.h"
 
 namespace {
@@ -65,6 +65,15 @@ TEST(ChatModuleLibraryTest, ActivateLoadUnloadAndUnregister) {
   EXPECT_NE(plugin->factory(), nullptr);
   ASSERT_EQ(talvex::RegisteredWebPluginsEx().size(), 1u);
   EXPECT_EQ(talvex::RegisteredWebPluginsEx()[0].name, "com.talvex.jsbridge.meetingchat");
+  // A page of either engine reaches the library's plugin: a request that
+  // names no meeting is refused at once.
+  for (auto engine : {talvex::WebHost::Engine::kWebview, talvex::WebHost::Engine::kBrowserBridge}) {
+    talvex::WebHost page(engine);
+    ASSERT_TRUE(page.Attach("com.talvex.jsbridge.meetingchat"));
+    page.Call("GetPublicChatMsgList", Variant::Map{});
+    ASSERT_EQ(page.callbacks().size(), 1u);
+    EXPECT_FALSE(page.callbacks()[0].success);
+  }
   EXPECT_FALSE(controllers->HasUri(pages[0])) << "Activate only registers";
 
   ASSERT_TRUE(modules->ActivateModule("chat"));

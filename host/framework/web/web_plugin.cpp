@@ -4,7 +4,10 @@
 
 namespace talvex {
 
-void WebviewPluginEngine::RegisterPlugin(WebviewPlugin plugin) {
+BaseWebPlugin::~BaseWebPlugin() = default;
+WebviewPlugin::~WebviewPlugin() = default;
+
+void WebviewPluginEngine::RegisterPlugin(WebviewPluginEntry plugin) {
   framework::HostJournal::Record("WebviewPluginEngine.RegisterPlugin " + plugin.scheme_name);
   for (auto& existing : plugins_) {
     if (existing.scheme_name == plugin.scheme_name) {
@@ -15,7 +18,7 @@ void WebviewPluginEngine::RegisterPlugin(WebviewPlugin plugin) {
   plugins_.push_back(std::move(plugin));
 }
 
-WebviewPlugin const* WebviewPluginEngine::Find(std::string const& scheme_name) const {
+WebviewPluginEntry const* WebviewPluginEngine::Find(std::string const& scheme_name) const {
   for (auto const& plugin : plugins_) {
     if (plugin.scheme_name == scheme_name) return &plugin;
   }
@@ -46,6 +49,13 @@ void RegisterWebPluginEx(tagWebPluginConfig const& config) {
 }
 
 std::vector<tagWebPluginConfig> const& RegisteredWebPluginsEx() { return ConfigsEx(); }
+
+tagWebPluginConfig const* FindWebPluginEx(std::string const& name) {
+  for (auto const& config : ConfigsEx()) {
+    if (config.name == name) return &config;
+  }
+  return nullptr;
+}
 
 void ClearWebPluginsEx() { ConfigsEx().clear(); }
 

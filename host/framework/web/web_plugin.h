@@ -5,49 +5,64 @@
 #include <string>
 #include <vector>
 
-#include "base/variant/variant.h"
+#include "framework/web/web_plugin_core.h"
 
 namespace talvex {
 
-// A plugin through which a web page calls into a module.
-class WebPluginBase {
+// A plugin of the external browser bridge; registered with RegisterWebPluginEx.
+class BaseWebPlugin : public WebPluginCore {
  public:
-  virtual ~WebPluginBase() = default;
-  // Runs a page's command; false for an unknown one.
-  virtual bool HandleCommand(std::string const& command, Variant const* params, Variant* result) = 0;
+  ~BaseWebPlugin() override;
+
+ protected:
+  BaseWebPlugin() : WebPluginCore("bridge") {}
 };
 
-using WebPluginFactory = std::function<std::shared_ptr<WebPluginBase>()>;
+// A plugin of the embedded web view; registered on GetWebviewPluginEngine().
+class WebviewPlugin : public WebPluginCore {
+ public:
+  ~WebviewPlugin() override;
 
-struct WebviewPlugin {
+ protected:
+  WebviewPlugin() : WebPluginCore("webview") {}
+};
+
+using WebviewPluginFactory = std::function<std::shared_ptr<WebviewPlugin>()>;
+using BaseWebPluginFactory = std::function<std::shared_ptr<BaseWebPlugin>()>;
+
+// A plugin the embedded web view offers its pages under a scheme name.
+struct WebviewPluginEntry {
   std::string scheme_name;
   std::vector<std::string> class_list;
-  WebPluginFactory factory;
+  WebviewPluginFactory factory;
 };
 
 // The embedded web view's plugin table.
 class WebviewPluginEngine {
  public:
-  void RegisterPlugin(WebviewPlugin plugin);
-  std::vector<WebviewPlugin> const& plugins() const { return plugins_; }
-  WebviewPlugin const* Find(std::string const& scheme_name) const;
+  // Replaces an entry of the same scheme name.
+  void RegisterPlugin(WebviewPluginEntry plugin);
+  std::vector<WebviewPluginEntry> const& plugins() const { return plugins_; }
+  WebviewPluginEntry const* Find(std::string const& scheme_name) const;
   void Clear() { plugins_.clear(); }
 
  private:
-  std::vector<WebviewPlugin> plugins_;
+  std::vector<WebviewPluginEntry> plugins_;
 };
 
 WebviewPluginEngine* GetWebviewPluginEngine();
 
 struct tagWebPluginConfig {
   std::string name;
-  WebPluginFactory factory;
+  BaseWebPluginFactory factory;
   std::vector<std::string> class_list;
 };
 
-// The second plugin table, of the external browser bridge.
+// The external browser bridge's plugin table. A config replaces one of the
+// same name.
 void RegisterWebPluginEx(tagWebPluginConfig const& config);
 std::vector<tagWebPluginConfig> const& RegisteredWebPluginsEx();
+tagWebPluginConfig const* FindWebPluginEx(std::string const& name);
 void ClearWebPluginsEx();
 
 }  // namespace talvex

@@ -9,6 +9,7 @@
 #include "chat/ui/desktop/chat_resources.h"
 #include "chat/ui/desktop/controller/page_controller.h"
 #include "chat/ui/desktop/view/bullet/in_meeting_bullet_qt_view.h"
+#include "chat/web/meeting_chat_web_plugin.h"
 #include "chat/web/web_view_meeting_chat_plugin.h"
 #include "framework/extension/extension.h"
 #include "framework/module/module_service.h"
@@ -102,7 +103,9 @@ std::shared_ptr<AppBaseView> BuildExtensionView(std::string const& extension_id)
   return factory ? factory() : nullptr;
 }
 
-std::shared_ptr<talvex::WebPluginBase> MakeWebPlugin() { return std::make_shared<WebViewMeetingChatPlugin>(); }
+// Each web engine makes its own kind of the chat plugin, one per page.
+std::shared_ptr<talvex::WebviewPlugin> MakeWebviewPlugin() { return std::make_shared<WebViewMeetingChatPlugin>(); }
+std::shared_ptr<talvex::BaseWebPlugin> MakeBridgePlugin() { return std::make_shared<MeetingChatWebPlugin>(); }
 
 }  // namespace
 
@@ -126,16 +129,16 @@ void RegisterRuntimeAndExtensions() {
   for (ChatContribution const* row : RegisteredExtensions()) {
     extensions->Register(std::string(row->point), framework::ExtensionInfo(std::string(row->extension_id), kModuleName));
   }
-  talvex::WebviewPlugin plugin;
+  talvex::WebviewPluginEntry plugin;
   plugin.scheme_name = WebViewMeetingChatPlugin::kSchemeName;
   plugin.class_list = {WebViewMeetingChatPlugin::kClassName};
-  plugin.factory = MakeWebPlugin;
+  plugin.factory = MakeWebviewPlugin;
   talvex::GetWebviewPluginEngine()->RegisterPlugin(plugin);
 
   talvex::tagWebPluginConfig config;
-  config.name = WebViewMeetingChatPlugin::kSchemeName;
-  config.factory = MakeWebPlugin;
-  config.class_list = {WebViewMeetingChatPlugin::kClassName};
+  config.name = MeetingChatWebPlugin::kSchemeName;
+  config.factory = MakeBridgePlugin;
+  config.class_list = {MeetingChatWebPlugin::kClassName};
   talvex::RegisterWebPluginEx(config);
 }
 

@@ -1,15 +1,13 @@
 #pragma once
 
-#include "framework/web/web_plugin.h"
+#include "chat/web/meeting_chat_plugin_impl.h"
 
 namespace chat {
 
-// The bridge through which web pages of the meeting read chat.
-class WebViewMeetingChatPlugin : public talvex::WebPluginBase {
+// The meeting chat bridge for pages in the embedded web view.
+class WebViewMeetingChatPlugin final : public MeetingChatPluginImpl<talvex::WebviewPlugin> {
  public:
-  static constexpr char kSchemeName[] = "com.talvex.jsbridge.meetingchat";
-  static constexpr char kClassName[] = "WebViewMeetingChatPlugin";
-  bool HandleCommand(std::string const& command, Variant const* params, Variant* result) override;
+  ~WebViewMeetingChatPlugin() override;
 };
 
 }  // namespace chat
