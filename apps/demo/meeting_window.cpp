@@ -2,6 +2,9 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTextCursor>
 #include <QResizeEvent>
 #include <QHeaderView>
 #include <QLabel>
@@ -13,11 +16,14 @@
 #include <QTreeWidget>
 #include <QPointer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "framework/extension/extension.h"
 #include "framework/journal/host_journal.h"
+#include "framework/meeting/meeting_context.h"
 #include "framework/navigation/routing.h"
+#include "framework/web/web_host.h"
 #include "framework/web/web_plugin.h"
 #include "sim/meeting_sim.h"
 #include "uikit/extension/extension_host_widget.h"
@@ -230,7 +236,69 @@ QWidget* MeetingWindow::BuildSidePanel() {
   journal_->setReadOnly(true);
   journal_->setMaximumBlockCount(400);
   layout->addWidget(journal_, 2);
+  layout->addWidget(BuildWebPageSection(panel), 2);
   return panel;
+}
+
+QWidget* MeetingWindow::BuildWebPageSection(QWidget* parent) {
+  auto* section = new QWidget(parent);
+  section->setObjectName("web_page_section");
+  auto* layout = new QVBoxLayout(section);
+  layout->setContentsMargins(0, 8, 0, 0);
+  layout->setSpacing(6);
+  auto* title = new QLabel("Web page", section);
+  title->setObjectName("panel_title");
+  layout->addWidget(title);
+  auto* ask = new QPushButton("Read the public chat", section);
+  ask->setObjectName("web_page_ask");
+  connect(ask, &QPushButton::clicked, this, &MeetingWindow::AskForPublicChat);
+  layout->addWidget(ask, 0, Qt::AlignLeft);
+  web_answers_ = new QPlainTextEdit(section);
+  web_answers_->setObjectName("web_page_answers");
+  web_answers_->setReadOnly(true);
+  web_answers_->setPlaceholderText("What the chat bridge answers the page shows here.");
+  layout->addWidget(web_answers_, 1);
+  return section;
+}
+
+void MeetingWindow::AskForPublicChat() {
+  constexpr char kScheme[] = "com.talvex.jsbridge.meetingchat";
+  // A page attaches the bridge once and keeps it while it is open.
+  if (!web_page_) {
+    auto page = std::make_unique<talvex::WebHost>(talvex::WebHost::Engine::kWebview);
+    if (!page->Attach(kScheme)) {
+      web_answers_->setPlainText(QString("No web plugin is registered as %1.").arg(kScheme));
+      return;
+    }
+    page->SetCallbackObserver([this](talvex::WebHost::Callback const& answer) {
+      const QString request = QString::fromStdString(answer.callback_id);
+      if (!answer.success) {
+        web_answers_->appendPlainText(QString("Request %1 refused.").arg(request));
+        return;
+      }
+      if (!answer.result.Has("msgList")) {
+        web_answers_->appendPlainText(QString("Request %1 accepted; the list is on its way.").arg(request));
+        return;
+      }
+      // The newest few messages, as the page would read them.
+      constexpr int kNewest = 3;
+      constexpr int kMaxChars = 2000;
+      const QByteArray data = QByteArray::fromStdString(answer.result.GetString("msgList"));
+      const QJsonArray all = QJsonDocument::fromJson(data).array();
+      QJsonArray newest;
+      for (int i = std::max(0, all.size() - kNewest); i < all.size(); ++i) newest.append(all[i]);
+      QString shown = QString::fromUtf8(QJsonDocument(newest).toJson(QJsonDocument::Indented));
+      if (shown.size() > kMaxChars) shown = shown.left(kMaxChars) + "\n…";
+      const QString heading = all.size() > kNewest ? QString("Request %1: %2 messages, the newest %3:")
+                                                         .arg(request).arg(all.size()).arg(kNewest)
+                                                   : QString("Request %1: %2 messages:").arg(request).arg(all.size());
+      web_answers_->appendPlainText(heading + "\n" + shown);
+      web_answers_->moveCursor(QTextCursor::Start);
+    });
+    web_page_ = std::move(page);
+  }
+  web_answers_->clear();
+  web_page_->Call("GetPublicChatMsgList", Variant::Map{{"meetingId", talvex_common::utils::GetStrMeetingId()}});
 }
 
 void MeetingWindow::RebuildExtensionButtons() {

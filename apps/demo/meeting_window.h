@@ -3,6 +3,7 @@
 #include <QPixmap>
 #include <QStringList>
 #include <QWidget>
+#include <memory>
 
 class QLabel;
 class QHBoxLayout;
@@ -13,6 +14,9 @@ class ExtensionHostWidget;
 
 namespace sim {
 class MeetingSimulator;
+}
+namespace talvex {
+class WebHost;
 }
 
 // Where the video of the participants would be: a dark grid of tiles.
@@ -70,12 +74,18 @@ class MeetingWindow : public QWidget {
   QWidget* BuildToolbar();
   QWidget* BuildSidePanel();
   void RebuildExtensionButtons();
+  // The "Web page" section: a page in the web view asks the chat bridge for
+  // the meeting's public messages and shows what it was answered.
+  QWidget* BuildWebPageSection(QWidget* parent);
+  void AskForPublicChat();
 
   sim::MeetingSimulator& meeting_;
   QHBoxLayout* extension_buttons_ = nullptr;
   QLabel* module_state_ = nullptr;
   QTreeWidget* registry_ = nullptr;
   QPlainTextEdit* journal_ = nullptr;
+  QPlainTextEdit* web_answers_ = nullptr;
+  std::unique_ptr<talvex::WebHost> web_page_;
   QTabWidget* tabs_ = nullptr;
   ExtensionHostWidget* chat_panel_ = nullptr;
   ExtensionHostWidget* floating_ = nullptr;
