@@ -113,6 +113,42 @@ void LocalUserTour::ChooseMenuItem(QString const& title) {
   log_ << "no message menu open";
 }
 
+void LocalUserTour::ShowFile(int delay_ms) {
+  QTimer::singleShot(delay_ms, this, [this] {
+    // The card around the file's name.
+    QWidget* title = Find("file_title");
+    QWidget* card = title ? title->parentWidget() : nullptr;
+    log_ << QString("open the file's page from its card%1").arg(card ? "" : " (no file on screen)");
+    if (!card) return;
+    const QPoint at(8, 8);
+    QMouseEvent press(QEvent::MouseButtonPress, at, card->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(card, &press);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, card->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(card, &release);
+  });
+  QTimer::singleShot(delay_ms + 300, this, [this] {
+    auto* main = qobject_cast<QAbstractButton*>(Find("file_preview_main"));
+    const bool shown = main && main->isVisible();
+    log_ << QString("click %1 on the file's page").arg(shown ? "\"" + main->text() + "\"" : QString("(no button)"));
+    if (shown) main->click();
+  });
+  QTimer::singleShot(delay_ms + 1200, this, [this] {
+    auto* process = qobject_cast<QLabel*>(Find("file_preview_process"));
+    log_ << QString("the file's page shows %1").arg(process && process->isVisible() ? process->text()
+                                                                                     : QString("no progress"));
+    if (on_file_page) on_file_page();
+  });
+  QTimer::singleShot(delay_ms + 3000, this, [this] {
+    auto* open = qobject_cast<QAbstractButton*>(Find("file_preview_open"));
+    const bool done = open && open->isVisible();
+    log_ << QString("the download %1").arg(done ? "finished: click Open" : "did not finish");
+    if (done) open->click();
+    if (QWidget* page = Find("ChatFilePreviewDialog")) page->close();
+  });
+}
+
 void LocalUserTour::ShowNotice(int delay_ms) {
   QTimer::singleShot(delay_ms, this, [this] {
     QWidget* row = Find("notice_view_detail_row");

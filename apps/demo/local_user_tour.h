@@ -25,6 +25,11 @@ class LocalUserTour : public QObject {
   // closes it again; `on_notice_open` is called while it stands open.
   void ShowNotice(int delay_ms);
   std::function<void()> on_notice_open;
+  // Opens the page of the file shared in the chat from its card after
+  // `delay_ms`, downloads it, and opens it once it is on disk;
+  // `on_file_page` is called while the download runs.
+  void ShowFile(int delay_ms);
+  std::function<void()> on_file_page;
   // Notes in the log what the notice banner over the chat shows now.
   void NoteNoticeBanner();
   // Called while the member list stands open the last time, before Escape

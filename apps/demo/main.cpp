@@ -76,11 +76,13 @@ int main(int argc, char** argv) {
                                     "meeting).", "n", "24");
   QCommandLineOption attendees_option("attendees", "A webinar's attendees (10000 for a large one).", "n", "0");
   QCommandLineOption host_option("host", "The local user hosts the meeting.");
+  QCommandLineOption download_auth_option("download-auth", "The account's authorization for chat files (2: may "
+                                          "download; anything else is refused).", "n", "2");
   QCommandLineOption tour_option("tour", "In a window too: the local user picks a receiver, writes privately, and "
                                  "goes back to everyone (a headless run always does).");
   parser.addOptions({headless_option, out_option, seconds_option, gallery_option, webinar_option, anonymous_option,
                      display_option, share_option, immersive_option, control_option, members_option,
-                     attendees_option, host_option, tour_option});
+                     attendees_option, host_option, download_auth_option, tour_option});
   parser.process(app);
   if (parser.isSet(gallery_option)) {
     // The gallery links the module's widgets directly, so it is a program of its own.
@@ -112,6 +114,7 @@ int main(int argc, char** argv) {
   meeting.meeting().SetDisplayState(parser.value(display_option).toInt());
   if (parser.isSet(control_option)) meeting.context().security_controls[3] = parser.value(control_option).toStdString();
   if (parser.isSet(host_option)) meeting.context().self_role = talvex::MeetingContext::kRoleHost;
+  meeting.network().SetAuthState(parser.value(download_auth_option).toInt());
   meeting.meeting().Join();
   // The people: the scripted five, a roster around them, two in the waiting
   // room and a meeting room's device that can't take chat.
@@ -154,7 +157,18 @@ int main(int argc, char** argv) {
       }
     };
   }
+  if (headless) {
+    tour.on_file_page = [&] {
+      const QString shot = QDir(out_dir).filePath("demo-file.png");
+      for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top->objectName() == "ChatFilePreviewDialog" && top->isVisible() && top->grab().save(shot)) {
+          std::printf("file page: %s\n", qPrintable(shot));
+        }
+      }
+    };
+  }
   if (panel && (headless || parser.isSet(tour_option))) {
+    tour.ShowFile(2200);
     tour.ShowNotice(3900);
     tour.Start(4500);
   }
