@@ -113,6 +113,15 @@ void LocalUserTour::ChooseMenuItem(QString const& title) {
   log_ << "no message menu open";
 }
 
+void LocalUserTour::LeftClick(QWidget* target, QPoint at) {
+  QMouseEvent press(QEvent::MouseButtonPress, at, target->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                    Qt::NoModifier);
+  QApplication::sendEvent(target, &press);
+  QMouseEvent release(QEvent::MouseButtonRelease, at, target->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                      Qt::NoModifier);
+  QApplication::sendEvent(target, &release);
+}
+
 void LocalUserTour::ShowFile(int delay_ms) {
   QTimer::singleShot(delay_ms, this, [this] {
     // The card around the file's name.
@@ -120,13 +129,7 @@ void LocalUserTour::ShowFile(int delay_ms) {
     QWidget* card = title ? title->parentWidget() : nullptr;
     log_ << QString("open the file's page from its card%1").arg(card ? "" : " (no file on screen)");
     if (!card) return;
-    const QPoint at(8, 8);
-    QMouseEvent press(QEvent::MouseButtonPress, at, card->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(card, &press);
-    QMouseEvent release(QEvent::MouseButtonRelease, at, card->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(card, &release);
+    LeftClick(card, QPoint(8, 8));
   });
   QTimer::singleShot(delay_ms + 300, this, [this] {
     auto* main = qobject_cast<QAbstractButton*>(Find("file_preview_main"));
@@ -154,13 +157,7 @@ void LocalUserTour::ShowNotice(int delay_ms) {
     QWidget* row = Find("notice_view_detail_row");
     log_ << QString("open the notice from its row%1").arg(row ? "" : " (no notice row on screen)");
     if (!row) return;
-    const QPoint at = row->rect().center();
-    QMouseEvent press(QEvent::MouseButtonPress, at, row->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(row, &press);
-    QMouseEvent release(QEvent::MouseButtonRelease, at, row->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(row, &release);
+    LeftClick(row, row->rect().center());
   });
   QTimer::singleShot(delay_ms + 400, this, [this] {
     QWidget* dialog = Find("MeetingNoticeDialog");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QString>
 #include <functional>
 
@@ -43,6 +44,8 @@ class LocalUserTour : public QObject {
   void Click(char const* object_name);
   void Type(char const* object_name, QString const& text);
   void Key(char const* object_name, int key);
+  // A press and release of the left button at `at` in `target`.
+  static void LeftClick(QWidget* target, QPoint at);
   // Picks the member whose name holds `who_` once the list shows them;
   // looks again every 100 ms.
   void PickWhenFound(int tries_left);
