@@ -5,6 +5,7 @@
 #include <QFileInfo>
 
 #include "base/log/log.h"
+#include "base/util/file_util.h"
 #include "framework/chat/chat_file_utils.h"
 #include "sim/models/chat_message_model.h"
 
@@ -19,7 +20,9 @@ constexpr int kDownloaded = 9;
 constexpr int kCanceled = 10;
 
 // Where a finished download lands: the name, or "name (n).ext" when taken.
-QString FreeName(QString const& folder, QString const& name) {
+QString FreeName(QString const& folder, QString const& given) {
+  // The sender's name for the file, never a way out of the folder.
+  const QString name = QString::fromStdString(util::file::SafePathComponent(given.toStdString()));
   const QFileInfo info(name);
   const QString suffix = info.suffix().isEmpty() ? QString() : "." + info.suffix();
   QString path = QDir(folder).filePath(name);
@@ -98,7 +101,7 @@ bool ChatFileModel::StartDownload(Variant const* params) {
   transfer->size = info.GetInteger("size");
   const QString folder = QString::fromStdString(talvex::ChatFileUtils::GetChatFileDateDirPath());
   QDir().mkpath(folder);
-  transfer->part.setFileName(QDir(folder).filePath(QString::fromStdString(msg_id) + ".part"));
+  transfer->part.setFileName(QDir(folder).filePath(QString::fromStdString(util::file::SafePathComponent(msg_id)) + ".part"));
   if (!transfer->part.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
     TXLOG_ERROR << "[sim] can't write " << transfer->part.fileName().toStdString();
     return false;

@@ -1,5 +1,6 @@
 #include "base/util/file_util.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -107,6 +108,15 @@ std::string GetParentDir(std::string const& path) {
   const size_t dir_end = path.find_last_not_of('/', slash);
   if (dir_end == std::string::npos) return "/";
   return path.substr(0, dir_end + 1);
+}
+
+std::string SafePathComponent(std::string const& name) {
+  std::string safe = name;
+  for (char& c : safe) {
+    if (c == '/' || c == '\\' || c == ':' || c == '\0') c = '_';
+  }
+  if (safe.empty() || safe == "." || safe == "..") safe.assign(std::max<size_t>(1, safe.size()), '_');
+  return safe;
 }
 
 std::string MakeFilePath(std::string const& dir, std::string const& name) {

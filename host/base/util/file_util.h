@@ -20,6 +20,10 @@ bool GetFileFullName(std::string const& path, std::string& name);
 // Directory part without a trailing separator; "" for a bare name.
 std::string GetParentDir(std::string const& path);
 std::string MakeFilePath(std::string const& dir, std::string const& name);
+// `name` made safe as one component of a path: separators, ':' and NULs
+// become '_', and "." or ".." (which would climb out of the folder) become
+// "_" and "__". Never empty.
+std::string SafePathComponent(std::string const& name);
 // Joins and creates the child directory.
 std::string MakeChildDirPath(std::string const& dir, std::string const& name);
 // "dir/name.ext" -> dir, name (without extension), ext (without dot).

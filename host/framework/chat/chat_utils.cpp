@@ -179,13 +179,7 @@ Variant SplitLinksInTextItems(Variant const& items) {
   return out;
 }
 
-std::string SafeFileName(std::string const& id) {
-  std::string name = id;
-  for (char& c : name) {
-    if (c == '/' || c == '\\' || c == ':' || c == '\0') c = '_';
-  }
-  return name;
-}
+std::string SafeFileName(std::string const& id) { return util::file::SafePathComponent(id); }
 
 std::string PicFileName(char const* kind, std::string const& id, std::string const& meeting_id) {
   if (id.empty()) return {};

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QUrl>
 
 #include "base/log/log.h"
 #include "base/util/file_util.h"
@@ -40,7 +41,8 @@ std::string MakeUniqueChatFileDirPath(std::string const& meeting_id) {
   if (meeting_id.empty()) {
     TXLOG_ERROR << "Fail to get current meeting id";
   } else {
-    dir = util::file::MakeFilePath(dir, meeting_id);
+    // One folder under the day's, whatever the id holds.
+    dir = util::file::MakeFilePath(dir, util::file::SafePathComponent(meeting_id));
   }
   dir = util::file::MakeFilePath(dir, std::to_string(util::time::GetTimestampMsec()));
   util::file::EnsureDirExist(dir);
@@ -159,6 +161,22 @@ bool InvokeHostModel(int model, uint32_t method, Variant const* params, Variant*
 Variant AskHostModel(int model, uint32_t method, Variant const* params) {
   Variant result;
   return InvokeHostModel(model, method, params, &result) ? result : Variant();
+}
+
+std::string WebAddressOf(std::string const& link) {
+  const QString text = QString::fromStdString(link).trimmed();
+  if (text.isEmpty()) return {};
+  QUrl url(text, QUrl::StrictMode);
+  // No scheme at all: a bare address, read as a web one.
+  if (url.scheme().isEmpty() && !text.contains("://") && !text.contains(':')) {
+    url = QUrl("https://" + text, QUrl::StrictMode);
+  }
+  const QString scheme = url.scheme().toLower();
+  if (!url.isValid() || (scheme != "http" && scheme != "https") || url.host().isEmpty()) {
+    TXLOG_WARN << "<IM> not a web address, not opened: " << link;
+    return {};
+  }
+  return url.toString(QUrl::FullyEncoded).toStdString();
 }
 
 std::string CopyToDownloads(std::string const& path) {

@@ -73,4 +73,9 @@ std::string CopyToDownloads(std::string const& path);
 Variant ReadLocalSetting(std::string const& key, Variant const& def);
 bool WriteLocalSetting(std::string const& key, Variant const& value);
 
+// The web address a link in a message stands for: "www.a.org" becomes
+// "https://www.a.org"; only http and https with a host open, anything else
+// ("file:", "javascript:", a bare word with a scheme) answers "".
+std::string WebAddressOf(std::string const& link);
+
 }  // namespace chat
