@@ -222,11 +222,8 @@ void MeetingNoticeViewModel::HandleShowWebView(Variant const* url) {
   if (!url || !url->IsString()) return;
   TXLOG_INFO << " show url in notice content, url=" << url->AsStr();
   // Only web addresses open; anything else in a notice is text.
-  const std::string address = url->AsStr();
-  if (address.rfind("http://", 0) != 0 && address.rfind("https://", 0) != 0) {
-    TXLOG_WARN << "[notice] not a web address, not opened";
-    return;
-  }
+  const std::string address = WebAddressOf(url->AsStr());
+  if (address.empty()) return;
   framework::NavigateService::Instance()->OpenWebDialog(Variant::Map{{"url", address}});
 }
 

@@ -8,6 +8,7 @@
 
 #include "base/log/log.h"
 #include "chat/ui/desktop/view/chat/long_text_reader.h"
+#include "chat/util/utils.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
 
 namespace {
@@ -213,7 +214,7 @@ void TextBrowser::OpenReader() {
 }
 
 void TextBrowser::OnClickLinkText(QString const& text) {
-  QString link = text.trimmed();
-  if (!link.startsWith("http://") && !link.startsWith("https://")) link.prepend("https://");
-  QDesktopServices::openUrl(QUrl(link));
+  const std::string address = chat::WebAddressOf(text.toStdString());
+  if (address.empty()) return;
+  QDesktopServices::openUrl(QUrl(QString::fromStdString(address), QUrl::StrictMode));
 }
