@@ -27,6 +27,8 @@ void QtUIService::ShowToast(framework::ToastRequest const& request) {
   if (!window) return;
   if (toast_) toast_->deleteLater();
   auto* label = new QLabel(QString::fromStdString(request.text), window);
+  // Texts carry people's names and file names: shown as they are, never as markup.
+  label->setTextFormat(Qt::PlainText);
   label->setObjectName("talvex_toast");
   label->setWordWrap(true);
   label->setAlignment(Qt::AlignCenter);
@@ -56,6 +58,7 @@ long QtUIService::ShowAlert(framework::AlertRequest const& request, framework::A
   auto* box = new QMessageBox(TXQtUiUtil::ActiveMainWindow());
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setWindowTitle(QString::fromStdString(request.title));
+  box->setTextFormat(Qt::PlainText);
   box->setText(QString::fromStdString(request.content.empty() ? request.title : request.content));
   QPushButton* positive = box->addButton(
       QString::fromStdString(request.positive_text.empty() ? "OK" : request.positive_text), QMessageBox::AcceptRole);

@@ -5,6 +5,7 @@
 #include <QPixmapCache>
 #include <QDir>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QResource>
 #include <QWidget>
 
@@ -75,4 +76,28 @@ void TXQtUiUtil::SetupTopMost(QWidget* widget, bool top_most) {
   widget->setWindowFlag(Qt::WindowStaysOnTopHint, top_most);
   // Changing a window's flags hides it; it comes back as it was.
   if (visible) widget->show();
+}
+
+QString TXQtUiUtil::PlainToolTip(QString const& text) {
+  if (text.isEmpty()) return text;
+  return "<p style='white-space:pre-wrap'>" + text.toHtmlEscaped() + "</p>";
+}
+
+QString TXQtUiUtil::EscapeMnemonic(QString text) { return text.replace('&', QStringLiteral("&&")); }
+
+QImage TXQtUiUtil::ReadImageCapped(QImageReader& reader, qint64 max_pixels) {
+  const QSize natural = reader.size();
+  if (!natural.isValid()) {
+    TXLOG_WARN << "picture refused: its size can't be read, " << reader.fileName().toStdString();
+    return QImage();
+  }
+  QSize decoded = natural;
+  const QSize scaled = reader.scaledSize();
+  if (scaled.isValid() && reader.supportsOption(QImageIOHandler::ScaledSize)) decoded = scaled;
+  if (qint64(decoded.width()) * decoded.height() > max_pixels) {
+    TXLOG_WARN << "picture refused: " << natural.width() << "x" << natural.height() << " is too large to decode, "
+               << reader.fileName().toStdString();
+    return QImage();
+  }
+  return reader.read();
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QImage>
 #include <QPixmap>
 #include <QString>
 #include <string>
 
 class QWidget;
+
+class QImageReader;
 
 class TXQtUiUtil {
  public:
@@ -23,4 +26,16 @@ class TXQtUiUtil {
   static void CenterToWidget(QWidget* widget, QWidget* target);
   // Keeps a window above the client's other windows (or lets it go back).
   static void SetupTopMost(QWidget* widget, bool top_most = true);
+  // A tool tip that shows `text` as it is: tool tips take markup otherwise.
+  static QString PlainToolTip(QString const& text);
+  // A button or menu text that shows `text` as it is: '&' marks a shortcut
+  // key otherwise.
+  static QString EscapeMnemonic(QString text);
+  // Pictures decode up to this many pixels (256 MB at 32 bits a pixel).
+  static constexpr qint64 kMaxDecodePixels = 64LL * 1024 * 1024;
+  // What `reader` holds, decoded; a null image, before anything large is
+  // allocated, when its size can't be read or the decode would take more
+  // than `max_pixels` (at the reader's scaled size when its format decodes
+  // scaled). Truncated data decodes to null or to what was there.
+  static QImage ReadImageCapped(QImageReader& reader, qint64 max_pixels = kMaxDecodePixels);
 };

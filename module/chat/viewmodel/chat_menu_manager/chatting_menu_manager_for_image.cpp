@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageReader>
 
 #include "base/analytics/analytics.h"
 #include "base/log/log.h"
@@ -11,6 +12,7 @@
 #include "chat/runtime/chat_ids.h"
 #include "chat/util/utils.h"
 #include "framework/viewmodel/ui_view_model.h"
+#include "uikit/tx_qt_ui_util.h"
 
 namespace chat {
 
@@ -78,7 +80,9 @@ void ChattingMenuManagerForImage::SaveImage(framework::UIViewModel* vm) {
 }
 
 void ChattingMenuManagerForImage::CopyImage(framework::UIViewModel* vm) {
-  const QImage image(QString::fromStdString(GetImageInfo()));
+  QImageReader reader(QString::fromStdString(GetImageInfo()));
+  reader.setAutoTransform(true);
+  const QImage image = TXQtUiUtil::ReadImageCapped(reader);
   if (image.isNull()) {
     if (vm) vm->ShowToast(0, CallGetLocalizedString(kTextImageMissing), 2000);
     return;

@@ -209,8 +209,9 @@ void ChatItemBar::SetReceiver(QString const& name, bool is_private) {
   const QString to = QString::fromStdString(
       talvex_common::utils::GetLocalizedString(framework::NameId("chat.receiver.to")));
   const QString full = to + " " + (name.isEmpty() ? QStringLiteral("…") : name) + QString::fromUtf8(" \u25BE");
-  receiver_btn_->setText(receiver_btn_->fontMetrics().elidedText(full, Qt::ElideMiddle, kReceiverWidth - 4));
-  receiver_btn_->setToolTip(full);
+  receiver_btn_->setText(
+      TXQtUiUtil::EscapeMnemonic(receiver_btn_->fontMetrics().elidedText(full, Qt::ElideMiddle, kReceiverWidth - 4)));
+  receiver_btn_->setToolTip(TXQtUiUtil::PlainToolTip(full));
   receiver_btn_->setAccessibleName(full);
   receiver_btn_->setProperty("private", is_private);
   receiver_btn_->style()->unpolish(receiver_btn_);

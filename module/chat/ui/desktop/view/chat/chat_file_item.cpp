@@ -111,7 +111,7 @@ void ChatFileItem::UpdateMsgContentWithMessageInfo(Variant const& message) {
   const QString title = QString::fromStdString(message.GetString("title"));
   const int text_room = kCardWidth - 24 - kIconSize - 10 - 20 - 10;
   title_->setText(title_->fontMetrics().elidedText(title, Qt::ElideMiddle, text_room));
-  title_->setToolTip(title);
+  title_->setToolTip(TXQtUiUtil::PlainToolTip(title));
   sub_title_->setText(QString::fromStdString(message.GetString("sub_title")));
   const QString operation = OperationIconOf(status_);
   operation_->setVisible(!operation.isEmpty());

@@ -14,6 +14,7 @@
 #include "base/log/log.h"
 #include "base/threading/looper.h"
 #include "uikit/label/qf_label.h"
+#include "uikit/tx_qt_ui_util.h"
 
 namespace {
 constexpr char kFailedImage[] = ":/images/chat/im_icon_imagefail_normal";
@@ -71,7 +72,8 @@ QImage ImageAsycnBrowser::LoadImage(QString const& path, bool* ok) {
     }
     if (scaled) reader.setScaledSize(size);
   }
-  QImage image = reader.read();
+  // A picture whose size can't be read, or too large to decode, shows as broken.
+  QImage image = TXQtUiUtil::ReadImageCapped(reader);
   if (image.isNull()) return QImage(kFailedImage);
   if (scaled && !has_thumb) {
     QImageWriter writer(thumb, "png");

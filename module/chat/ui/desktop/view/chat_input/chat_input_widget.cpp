@@ -22,6 +22,7 @@
 #include "framework/viewmodel/view_model.h"
 #include "chat/ui/desktop/chat_resources.h"
 #include "uikit/richedit/rich_edit.h"
+#include "uikit/tx_qt_ui_util.h"
 
 
 namespace {
@@ -204,7 +205,7 @@ void ChatInputWidget::SetReceiver(QString const& name, bool is_private) {
   receiver_private_ = is_private;
   QString text = Text("chat.receiver.to") + " " + (name.isEmpty() ? Text("chat.members.everyone") : name);
   if (is_private) text += " " + Text("chat.receiver.private");
-  receiver_button_->setText(text + QString::fromUtf8(" \u25BE"));
+  receiver_button_->setText(TXQtUiUtil::EscapeMnemonic(text) + QString::fromUtf8(" \u25BE"));
   receiver_button_->setProperty("private", is_private);
   receiver_button_->style()->unpolish(receiver_button_);
   receiver_button_->style()->polish(receiver_button_);

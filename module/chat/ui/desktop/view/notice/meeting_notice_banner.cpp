@@ -164,7 +164,7 @@ void MeetingNoticeBanner::UpdateText() {
   meta_->ensurePolished();
   text_->setText(ElideToLines(full_text_, text_->font(), text_->width(), kMaxLines));
   meta_->setText(ElideToLines(full_meta_, meta_->font(), meta_->width(), 1));
-  meta_->setToolTip(full_meta_);
+  meta_->setToolTip(TXQtUiUtil::PlainToolTip(full_meta_));
 }
 
 void MeetingNoticeBanner::mouseReleaseEvent(QMouseEvent* event) {
