@@ -105,6 +105,15 @@ bool EventHub::Fire(uint32_t event_id, Variant const* payload) const {
   return false;
 }
 
+std::vector<uint32_t> EventHub::SubscribedEvents() const {
+  std::vector<uint32_t> events;
+  for (auto const& [id, list] : entries_) {
+    if (!list.empty()) events.push_back(id);
+  }
+  std::sort(events.begin(), events.end());
+  return events;
+}
+
 size_t EventHub::SubscriberCount(uint32_t event_id) const {
   auto it = entries_.find(event_id);
   return it == entries_.end() ? 0 : it->second.size();

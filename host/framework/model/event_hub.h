@@ -37,6 +37,8 @@ class EventHub {
   bool Fire(uint32_t event_id, Variant const* payload) const;
 
   size_t SubscriberCount(uint32_t event_id) const;
+  // The events somebody follows now, in ascending order.
+  std::vector<uint32_t> SubscribedEvents() const;
   bool HasSubscriber(uint64_t subscriber) const;
 
   struct Entry;  // opaque

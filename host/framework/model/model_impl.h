@@ -38,6 +38,7 @@ class ModelImpl : public PriorityModel {
   bool FireEvent(uint32_t event_id, Variant const& payload) { return FireEvent(event_id, &payload); }
 
   size_t SubscriberCount(uint32_t event_id) const { return hub_.SubscriberCount(event_id); }
+  std::vector<uint32_t> SubscribedEvents() const { return hub_.SubscribedEvents(); }
   bool HasSubscriber(uint64_t subscriber) const { return hub_.HasSubscriber(subscriber); }
 
  protected:

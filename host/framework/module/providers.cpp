@@ -66,6 +66,12 @@ ExtensionViewService* ServiceProviderBaseImpl::GetExtensionViewService() { retur
 
 ViewModelProviderBaseImpl::~ViewModelProviderBaseImpl() = default;
 
+std::vector<int> ModelProviderBaseImpl::ModelIds() const {
+  std::vector<int> ids;
+  for (auto const& [id, model] : models_) ids.push_back(id);
+  return ids;
+}
+
 std::shared_ptr<ViewModel> ViewModelProviderBaseImpl::CreateViewModel(int type) {
   auto view_model = Build(type);
   if (!view_model) {

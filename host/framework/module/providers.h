@@ -31,6 +31,8 @@ class ModelProviderBaseImpl {
   virtual void UnInit();
   virtual ModelPtr ModelOf(int id);
   size_t ModelCount() const { return models_.size(); }
+  // The ids of the models built so far.
+  std::vector<int> ModelIds() const;
 
  protected:
   virtual ModelPtr Build(int id) = 0;

@@ -1,5 +1,7 @@
 #include "framework/viewmodel/view_model.h"
 
+#include <unordered_set>
+
 #include "base/analytics/analytics.h"
 #include "base/log/log.h"
 
@@ -7,11 +9,29 @@ namespace framework {
 
 namespace {
 constexpr int kDefaultActionThresholdMs = 500;
+
+std::unordered_set<ViewModel*>& Live() {
+  static auto* live = new std::unordered_set<ViewModel*>();
+  return *live;
+}
+}  // namespace
+
+ViewModel::ViewModel() { Live().insert(this); }
+
+ViewModel::~ViewModel() {
+  Live().erase(this);
+  UnsubscribeAllEvent();
 }
 
-ViewModel::ViewModel() = default;
+std::vector<ViewModel*> ViewModel::LiveViewModels() { return {Live().begin(), Live().end()}; }
 
-ViewModel::~ViewModel() { UnsubscribeAllEvent(); }
+std::vector<uint32_t> ViewModel::SetProps() const {
+  std::vector<uint32_t> props;
+  for (auto const& [id, slot] : props_) {
+    if (slot.set) props.push_back(id);
+  }
+  return props;
+}
 
 std::string ViewModel::ToJson() const { return {}; }
 

@@ -103,6 +103,11 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
   bool HasProp(uint32_t prop) const;
   // How many times the prop was published (tests and diagnostics).
   size_t PropSetCount(uint32_t prop) const;
+  // The props that hold a value now, in ascending order.
+  std::vector<uint32_t> SetProps() const;
+  // Every view model alive in the process (user-interface thread only), for
+  // diagnostics: counting them over a long meeting, sweeping their inputs.
+  static std::vector<ViewModel*> LiveViewModels();
 
   // --- subscriptions -------------------------------------------------------------
   // Notes that `subscriber` subscribed to `model`, so that the framework drops
