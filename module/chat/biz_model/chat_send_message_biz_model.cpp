@@ -632,9 +632,18 @@ void ChatSendMessageBizModel::SendMixedMessage(Variant const* items) {
       return;
     }
   }
+  size_t pieces = 0;
   for (auto const& item : items->AsArray()) {
     const int64_t type = item.GetInteger(kSendFieldItemType, -1);
-    if (type == kItemTypeText || type == kItemTypeImage) mixed_queue_.push_back(item);
+    if (type == kItemTypeText || type == kItemTypeImage) {
+      mixed_queue_.push_back(item);
+      ++pieces;
+    }
+  }
+  if (pieces == 0) {
+    // Nothing went out: what the user typed stays in the box.
+    TXLOG_WARN << "<IM> mixed message has nothing to send";
+    return;
   }
   SendQueuedMixedPieces();
   FireEvent(kEventMixedSent, nullptr);
