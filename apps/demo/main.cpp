@@ -18,6 +18,7 @@
 #include "framework/ui/ui_service.h"
 #include "local_user_tour.h"
 #include "meeting_window.h"
+#include "soak_run.h"
 #include "module_host.h"
 #include "sim/meeting_sim.h"
 #include "sim/roster.h"
@@ -78,11 +79,15 @@ int main(int argc, char** argv) {
   QCommandLineOption host_option("host", "The local user hosts the meeting.");
   QCommandLineOption download_auth_option("download-auth", "The account's authorization for chat files (2: may "
                                           "download; anything else is refused).", "n", "2");
+  QCommandLineOption soak_option("soak", "A webinar's chat storm for this many seconds with the panel and the "
+                                 "overlay on screen, measured (soak.csv, soak.txt); fails when memory grows 5 % "
+                                 "after the warm-up.", "seconds");
+  QCommandLineOption rate_option("rate", "Messages a second in a soak.", "n", "50");
   QCommandLineOption tour_option("tour", "In a window too: the local user picks a receiver, writes privately, and "
                                  "goes back to everyone (a headless run always does).");
   parser.addOptions({headless_option, out_option, seconds_option, gallery_option, webinar_option, anonymous_option,
                      display_option, share_option, immersive_option, control_option, members_option,
-                     attendees_option, host_option, download_auth_option, tour_option});
+                     attendees_option, host_option, download_auth_option, soak_option, rate_option, tour_option});
   parser.process(app);
   if (parser.isSet(gallery_option)) {
     // The gallery links the module's widgets directly, so it is a program of its own.
@@ -106,7 +111,8 @@ int main(int argc, char** argv) {
   meeting.Install();
   // The host of this meeting published a notice and lets everyone read it.
   meeting.meeting_settings().SetSwitch("notice_enable", true);
-  if (parser.isSet(webinar_option)) {
+  const int soak_seconds = parser.isSet(soak_option) ? std::max(1, parser.value(soak_option).toInt()) : 0;
+  if (parser.isSet(webinar_option) || soak_seconds > 0) {
     meeting.context().is_webinar = true;
     meeting.context().self_role = talvex::MeetingContext::kRoleAttendee;
   }
@@ -122,7 +128,7 @@ int main(int argc, char** argv) {
   participants.JoinMeeting();
   sim::RosterOptions roster;
   roster.members = std::max(0, parser.value(members_option).toInt());
-  roster.attendees = std::max(0, parser.value(attendees_option).toInt());
+  roster.attendees = std::max(soak_seconds > 0 ? 1000 : 0, parser.value(attendees_option).toInt());
   roster.waiting = 2;
   roster.no_chat_devices = 1;
   sim::PopulateRoster(meeting, roster);
@@ -138,7 +144,7 @@ int main(int argc, char** argv) {
   // The chat panel as the client hosts it, with people chatting in the meeting.
   const bool panel = loaded && window.ShowChatPanel() > 0;
   if (headless) participants.set_notice_edit_delay_ms(5000);  // the minute, told in seconds
-  if (panel) participants.Start(headless ? 280 : 1500);
+  if (panel && soak_seconds == 0) participants.Start(headless ? 280 : 1500);
   // The local user writes privately to one of them, then to everyone again.
   LocalUserTour tour(&window, "jor", "Could you send me the slides after the call?");
   if (headless) {
@@ -167,7 +173,7 @@ int main(int argc, char** argv) {
       }
     };
   }
-  if (panel && (headless || parser.isSet(tour_option))) {
+  if (panel && soak_seconds == 0 && (headless || parser.isSet(tour_option))) {
     tour.ShowFile(2200);
     tour.ShowNotice(3900);
     tour.Start(4500);
@@ -185,7 +191,15 @@ int main(int argc, char** argv) {
   window.show();
 
   int rc = loaded ? 0 : 1;
-  if (headless) {
+  SoakRun soak(meeting, out_dir, soak_seconds, std::max(1, parser.value(rate_option).toInt()));
+  if (soak_seconds > 0) {
+    QObject::connect(&soak, &SoakRun::Finished, &app, [&](int result) {
+      if (result != 0) rc = 1;
+      window.GrabWithOverlays().save(QDir(out_dir).filePath("soak.png"));
+      app.quit();
+    });
+    if (loaded) soak.Start();
+  } else if (headless) {
     // A few seconds of chat traffic before the picture is taken.
     QTimer::singleShot(10000, &window, [&] {
       const QString shot = QDir(out_dir).filePath("demo.png");
