@@ -180,6 +180,25 @@ TEST(HtmlParserTest, ARandomPasteReportsTheSameHoweverItIsSliced) {
   }
 }
 
+TEST(HtmlParserTest, ASliceNeverEndsInsideAReference) {
+  // A slice that starts on a reference takes it whole and stops before the
+  // next one; the digits of a reference may run on past any budget.
+  const std::pair<QString, std::string> cases[] = {
+      {"<p>&amp;" + QString(33, 'x') + "&nbsp;end</p>", "&" + std::string(33, 'x') + " end"},
+      {"<p>&#" + QString(60, '0') + "65;after</p>", "\uFFFDafter"},
+      {"<p>x&#x" + QString(50, '0') + "41 y &lt;" + QString(40, 'z') + "&gt;</p>",
+       "x\uFFFD y <" + std::string(40, 'z') + ">"},
+      // No reference, though its first letters would make one.
+      {"<p>&amp;" + QString(32, 'x') + "&lt1 &amp2 &nbspx;</p>", "&" + std::string(32, 'x') + "&lt1 &amp2 &nbspx;"},
+  };
+  for (auto const& [html, expected] : cases) {
+    EXPECT_EQ(Walk(html), expected) << html.toStdString();
+    for (int budget : {1, 2, 5, 13, 40}) {
+      EXPECT_EQ(WalkSliced(html, budget), expected) << html.toStdString() << " in slices of " << budget;
+    }
+  }
+}
+
 TEST(HtmlParserTest, OnlyMarkupOfAReasonableSizeIsWorthWalking) {
   EXPECT_TRUE(CHTMLParser::IsValidParser("<b>x</b>"));
   EXPECT_FALSE(CHTMLParser::IsValidParser(""));

@@ -292,13 +292,21 @@ struct CHTMLWalker::State {
     int stop = run_end;
     if (run_end - pos > limit) {
       stop = pos + std::max(limit, 1);
-      // Never cut a character reference or a surrogate pair in two.
-      for (int k = stop - 1; k >= pos && k >= stop - 40; --k) {
-        const QChar c = html.at(k);
-        if (c == QLatin1Char(';') || IsHtmlSpace(c)) break;
-        if (c == QLatin1Char('&')) {
-          stop = k > pos ? k : std::min(run_end, pos + 40);
-          break;
+      // Never cut a character reference or a surrogate pair in two. A
+      // reference is "&", then "#" and digits or a name, then maybe ";"; its
+      // digits may run on, so where it ends is asked of the decoder itself,
+      // reading as far as the walk at once would.
+      int k = stop - 1;
+      while (k > pos && (IsAsciiAlnum(html.at(k)) || html.at(k) == QLatin1Char('#'))) --k;
+      if (html.at(k) == QLatin1Char('&')) {
+        QString scratch;
+        const int reference_end = DecodeEntity(html, k, run_end, &scratch);
+        if (reference_end == k) {
+          // No reference, but cut short it might read as one ("&lt" of
+          // "&lt1"): the "&" goes alone, as text.
+          stop = k > pos ? k : k + 1;
+        } else if (reference_end > stop) {
+          stop = k > pos ? k : reference_end;
         }
       }
       if (stop < run_end && html.at(stop - 1).isHighSurrogate()) stop = stop - 1 > pos ? stop - 1 : stop + 1;
