@@ -34,7 +34,7 @@ namespace {
 constexpr uint32_t kFlagUnsigned = Variant::kFlagUnsigned;
 
 // Constant-initialised; never holds storage, so its destruction at exit is harmless.
-const Variant kNullValue;
+const Variant kNullValue{};
 
 std::string const& EmptyString() {
   static const std::string* empty = new std::string();

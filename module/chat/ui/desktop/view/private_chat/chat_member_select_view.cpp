@@ -97,7 +97,7 @@ ChatMemberListModel::Kind ChatMemberListModel::KindAt(int row) const {
 }
 
 Variant const& ChatMemberListModel::RowAt(int row) const {
-  static const Variant kNull;
+  static const Variant kNull{};
   return row >= 0 && row < static_cast<int>(lines_.size()) ? lines_[row].row : kNull;
 }
 
