@@ -12,6 +12,7 @@
 #include "base/analytics/analytics.h"
 #include "framework/journal/host_journal.h"
 #include "framework/viewmodel/view_model.h"
+#include "sim/meeting_sim.h"
 #include "sim/message_storm.h"
 
 namespace {
@@ -63,6 +64,7 @@ void SoakRun::TakeSample() {
   sample.view_models = static_cast<int>(framework::ViewModel::LiveViewModels().size());
   sample.posted = storm_ ? storm_->posted() : 0;
   // What the client keeps for the whole run: these should not grow with the chat.
+  sample.stored = meeting_.messages().size();
   sample.journal = framework::HostJournal::Entries().size();
   sample.analytics = base::analytics::RecordedEvents().size();
   samples_.push_back(sample);
@@ -75,9 +77,9 @@ void SoakRun::Finish() {
   QFile csv(QDir(out_dir_).filePath("soak.csv"));
   if (csv.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
     QTextStream out(&csv);
-    out << "seconds,rss_kb,widgets,view_models,messages,journal_entries,analytics_events\n";
+    out << "seconds,rss_kb,widgets,view_models,messages,stored,journal_entries,analytics_events\n";
     for (auto const& s : samples_) {
-      out << s.seconds << ',' << s.rss_kb << ',' << s.widgets << ',' << s.view_models << ',' << s.posted << ','
+      out << s.seconds << ',' << s.rss_kb << ',' << s.widgets << ',' << s.view_models << ',' << s.posted << ',' << s.stored << ','
           << s.journal << ',' << s.analytics << '\n';
     }
   }

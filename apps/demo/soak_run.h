@@ -28,6 +28,7 @@ class SoakRun : public QObject {
     int widgets = 0;
     int view_models = 0;
     long long posted = 0;
+    size_t stored = 0;
     size_t journal = 0;
     size_t analytics = 0;
   };
