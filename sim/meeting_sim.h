@@ -92,6 +92,9 @@ class MeetingSimulator {
   // webinar roles changed), 591 (4: full screen); and by their ids the typed
   // ones (523, 530, 690, ...).
   SimModel& model(int id);
+  // Every simulated model stops (or starts again) keeping the calls it
+  // takes: tests read them, a long run would only pile them up.
+  void SetRecordingCalls(bool on);
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
 
