@@ -179,6 +179,11 @@ std::string WebAddressOf(std::string const& link) {
   return url.toString(QUrl::FullyEncoded).toStdString();
 }
 
+double ProgressFraction(double progress) {
+  const double fraction = progress > 1.0 ? progress / 100.0 : progress;
+  return fraction < 0 ? 0 : (fraction > 1 ? 1 : fraction);
+}
+
 std::string CopyToDownloads(std::string const& path) {
   const QFileInfo source(QString::fromStdString(path));
   if (!source.exists()) return {};

@@ -78,4 +78,8 @@ bool WriteLocalSetting(std::string const& key, Variant const& value);
 // ("file:", "javascript:", a bare word with a scheme) answers "".
 std::string WebAddressOf(std::string const& link);
 
+// A transfer's progress as the client reports it (a fraction, or a
+// percentage above 1) as a fraction within 0..1.
+double ProgressFraction(double progress);
+
 }  // namespace chat

@@ -33,11 +33,6 @@ constexpr int kTemplateChatRecord = 3;
 
 std::string Text(char const* name) { return talvex_common::utils::GetLocalizedString(framework::NameId(name)); }
 
-// The client reports progress as a fraction or as a percentage.
-double Fraction(double progress) {
-  const double fraction = progress > 1.0 ? progress / 100.0 : progress;
-  return fraction < 0 ? 0 : (fraction > 1 ? 1 : fraction);
-}
 }  // namespace
 
 Variant FilePreviewViewModel::ParamsOfMessage(std::string const& msg_id, int template_type) {
@@ -132,7 +127,7 @@ void FilePreviewViewModel::SetMainButton(bool visible, std::string const& text) 
 void FilePreviewViewModel::UpdateUI() {
   TXLOG_INFO << "file_state:" << file_state_ << ", file_size:" << file_size_ << ", progress:" << progress_;
   auto process_text = [this] {
-    const auto done = static_cast<int64_t>(static_cast<double>(file_size_) * Fraction(progress_));
+    const auto done = static_cast<int64_t>(static_cast<double>(file_size_) * ProgressFraction(progress_));
     return talvex_common::utils::FormatString(framework::NameId("chat.file_preview.process"))
         .Arg("size", talvex::ChatFileUtils::DisplayFileSize(done))
         .Arg("total_size", talvex::ChatFileUtils::DisplayFileSize(file_size_))

@@ -140,9 +140,7 @@ void ChatFileItem::UpdateProgress() {
     progress_->hide();
     return;
   }
-  // The host reports either a fraction or a percentage.
-  double fraction = progress_value_ > 1.0 ? progress_value_ / 100.0 : progress_value_;
-  fraction = qBound(0.0, fraction, 1.0);
+  const double fraction = chat::ProgressFraction(progress_value_);
   progress_->setGeometry(0, 0, static_cast<int>(kCardWidth * fraction), kCardHeight);
   progress_->show();
   progress_->lower();

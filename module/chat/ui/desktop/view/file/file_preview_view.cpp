@@ -9,6 +9,7 @@
 
 #include "base/log/log.h"
 #include "chat/ui/desktop/view/chat/chat_file_item.h"
+#include "chat/util/utils.h"
 #include "chat/viewmodel/file_preview_view_model.h"
 #include "chat/viewmodel/view_model_types.h"
 #include "framework/module/providers.h"
@@ -116,9 +117,8 @@ void FilePreviewWidget::SetUIData(Variant const& data) {
   icon_->setPixmap(title.isEmpty() ? QPixmap() : TXQtUiUtil::GetHdpiImage(ChatFileItem::IconOf(icon_type)));
 
   const bool progress = Flag(data, "kBooleanFileProcessVisible");
-  double value = data.GetDouble("FilePreviewUIDataFields_kDoubleFileProcessValue");
-  if (value > 1.0) value /= 100.0;
-  progress_->setValue(static_cast<int>(qBound(0.0, value, 1.0) * kProgressScale));
+  const double value = chat::ProgressFraction(data.GetDouble("FilePreviewUIDataFields_kDoubleFileProcessValue"));
+  progress_->setValue(static_cast<int>(value * kProgressScale));
   progress_->setVisible(progress);
   process_->setText(Field(data, "kStringFileProcessText"));
   process_->setVisible(progress);
