@@ -104,6 +104,7 @@ void InMeetingBulletViewModel::OnViewDetached() {
   welcome_delay_timer_.reset();
   bullet_msg_list_.clear();
   queued_with_is_self_ = 0;
+  published_ids_.clear();
   UnsubscribeAllEvent();
   Base::OnViewDetached();
 }
@@ -298,9 +299,29 @@ void InMeetingBulletViewModel::OnRecallMessage(Variant const* params) {
     TXLOG_ERROR << "param is null";
     return;
   }
+  // A recall only changes a bubble that shows or is about to. When a long
+  // meeting's client lets go of its oldest messages it fires this for each of
+  // them; queueing those would hold up every new bubble behind them, eight a
+  // second, and grow the queue without end.
+  const std::string id = params->GetString("message_unique_id");
+  if (id.empty() || !MayBeOnScreen(id)) return;
   Variant bullet = ModelMsg2UIMsg(*params);
   bullet.Set("update_type", static_cast<int>(kUpdateRecall));
   AddBulletMsg(std::move(bullet));
+}
+
+bool InMeetingBulletViewModel::MayBeOnScreen(std::string const& msg_id) const {
+  if (std::find(published_ids_.begin(), published_ids_.end(), msg_id) != published_ids_.end()) return true;
+  return std::any_of(bullet_msg_list_.begin(), bullet_msg_list_.end(),
+                     [&](Variant const& record) { return record.GetString("msg_id") == msg_id; });
+}
+
+void InMeetingBulletViewModel::RememberPublished(Variant const& record) {
+  if (record.GetInt32("update_type", -1) != kUpdateNew) return;
+  Variant const& id = record.Get("msg_id");
+  if (!id.IsString() || id.AsStr().empty()) return;
+  if (published_ids_.size() >= kPublishedMemory) published_ids_.pop_front();
+  published_ids_.push_back(id.AsStr());
 }
 
 // --- the queue ------------------------------------------------------------------
@@ -370,6 +391,7 @@ void InMeetingBulletViewModel::OnUpcastTick() {
         ++unread_msg_count_;
         handleUnreadMsg();
       }
+      RememberPublished(record);
       SetPropValue(kPropNewBulletMsg, std::move(record));
     }
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <list>
 #include <memory>
 #include <optional>
@@ -102,6 +103,9 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   static constexpr int kUpcastIntervalMs = 125;
   static constexpr int kFoldedRetentionSeconds = 30;
   static constexpr int kMaxTextUtf8Length = 3000;
+  // How many of the last published bubbles a recall may still find: more
+  // than the overlay ever keeps on screen.
+  static constexpr size_t kPublishedMemory = 64;
 
   InMeetingBulletViewModel();
   ~InMeetingBulletViewModel() override;
@@ -191,6 +195,8 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   void Subscribe();
   void SubscribePanelEvents();
   void TrimBulletQueue();
+  bool MayBeOnScreen(std::string const& msg_id) const;
+  void RememberPublished(Variant const& record);
   void PopFront();
   void CreateUpcastTimer();
   void OnUpcastTick();
@@ -210,6 +216,8 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
 
   // --- message flow ---
   std::list<Variant> bullet_msg_list_;
+  // The ids of the last kPublishedMemory new bubbles, oldest first.
+  std::deque<std::string> published_ids_;
   // How many queued records carry `is_self` at all: the only candidates of
   // the 32-record rule, so that a queue without any is not walked.
   size_t queued_with_is_self_ = 0;
