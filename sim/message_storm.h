@@ -28,16 +28,19 @@ class MessageStorm : public QObject {
   void Stop();
   int64_t posted() const { return posted_; }
   size_t kept() const { return kept_ids_.size(); }
+  // The next message at once, for a driver that keeps its own time; the
+  // meeting keeps the newest `set_keep` (2000 unless Start said otherwise).
+  void PostOne();
+  void set_keep(size_t keep) { keep_ = keep; }
 
  private:
   void Tick();
-  void PostOne();
 
   MeetingSimulator& meeting_;
   QTimer* timer_ = nullptr;
   QElapsedTimer clock_;
   int per_second_ = 0;
-  size_t keep_ = 0;
+  size_t keep_ = 2000;
   int64_t posted_ = 0;
   std::deque<std::string> kept_ids_;
 };
