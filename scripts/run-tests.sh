@@ -4,13 +4,8 @@
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/install-deps.sh"
-
-build="${TALVEX_TEST_BUILD_DIR:-$root/build-test}"
-jobs="$(nproc 2>/dev/null || echo 2)"
-cmake -S "$root" -B "$build" -G Ninja \
-  -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DTALVEX_SANITIZE=ON \
-  -DTALVEX_BUILD_BENCH=ON
+. "$root/scripts/test-build.sh"
+configure_test_build
 cmake --build "$build" -j "$jobs"
 export QT_QPA_PLATFORM=offscreen
 cd "$build"
