@@ -402,6 +402,12 @@ void ChatInputViewModel::HandleMatchTextToMsgItems(Variant const* params) {
     TXLOG_ERROR << "params nullptr";
     return;
   }
+  // The view takes the answer to its last request by this id; an answer
+  // without one would be pasted by a view that never asked.
+  if (!params->Get(kMatchId).IsString() || params->GetString(kMatchId).empty()) {
+    TXLOG_ERROR << "match request without a match id";
+    return;
+  }
   const std::string text = params->GetString(kMatchText);
   const std::string match_id = params->GetString(kMatchId);
   TXLOG_INFO << "match_id: " << match_id;
