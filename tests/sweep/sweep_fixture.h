@@ -4,6 +4,7 @@
 // bridge on both engines) over a scripted meeting, for the sweeps that send
 // its inputs every wrong kind of payload.
 #include <QApplication>
+#include <QMenu>
 #include <map>
 #include <memory>
 #include <set>
@@ -14,6 +15,7 @@
 #include "chat/runtime/chat_module_registration.h"
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/extension/chatting_panel_show_view.h"
+#include "chat/ui/desktop/view/chat_input/chat_input_view.h"
 #include "framework/extension/extension.h"
 #include "framework/model/model_impl.h"
 #include "framework/module/app_module.h"
@@ -132,12 +134,16 @@ class SweepTest : public items_test::MeetingTest {
     ASSERT_TRUE(talvex_test::WaitUntil([&] { return participants.finished(); }, 10000));
     framework::NavigateService::Instance()->Navigate("talvex://page/meeting_notice");
     for (auto const& view : panel_->views()) {
+      if (auto* input = dynamic_cast<QtView::ChatInputView*>(view.get())) input->ShowMemberSelect();
       auto* list = dynamic_cast<QtView::ChattingPanelShowView*>(view.get());
       if (!list) continue;
       for (auto const& id : list->MessageIds()) {
         auto record = talvex::ChatUtils::GetMsgInfoPtrById(id);
         if (record && record->GetInt32("chat_type") == 8) list->ShowFilePreview(id);
       }
+      // A message's context menu: its view model stays with the list.
+      if (!list->MessageIds().empty()) list->ShowMessageMenu(list->MessageIds().back(), 0);
+      if (list->last_menu()) list->last_menu()->close();
     }
     for (auto engine : {talvex::WebHost::Engine::kWebview, talvex::WebHost::Engine::kBrowserBridge}) {
       pages_.push_back(std::make_unique<talvex::WebHost>(engine));
