@@ -29,11 +29,28 @@ std::shared_ptr<PriorityEventHandler> Prio(std::function<void(Variant const*, bo
 // Echoes method 1 and knows no other.
 class EchoModel : public framework::ModelImpl {
  public:
-  EchoModel() : ModelImpl(42) {}
-  bool Invoke(uint32_t method, Variant const* params, Variant* result) override {
-    if (method != 1) return false;
-    if (result) *result = params ? *params : Variant("none");
-    return true;
+  EchoModel() : ModelImpl(42) {
+    OnMethod(1, [](Variant const* params, Variant* result) {
+      if (result) *result = params ? *params : Variant("none");
+      return true;
+    });
+  }
+  void Replace(uint32_t method, MethodHandler handler) { OnMethod(method, std::move(handler)); }
+};
+
+// Takes over its base's method 1 (refusing strings) and adds 5.
+class StrictEchoModel : public EchoModel {
+ public:
+  StrictEchoModel() {
+    OnMethod(5, [](Variant const*, Variant* result) {
+      if (result) *result = 5;
+      return true;
+    });
+    OnMethod(1, [](Variant const* params, Variant* result) {
+      if (params && params->IsString()) return false;
+      if (result) *result = "strict";
+      return true;
+    });
   }
 };
 
@@ -168,6 +185,68 @@ TEST_F(ModelEventsTest, PointToPointAndAsyncCallsGoThroughInvoke) {
   EXPECT_FALSE(model.P2PCall(2, kB, &params, &result));
   EXPECT_EQ(model.AsyncCall(1, nullptr).get().AsStr(), "none");
   EXPECT_TRUE(model.AsyncCall(9, &params).get().IsNull()) << "a refused call yields null";
+}
+
+TEST_F(ModelEventsTest, RegisteredMethodsAreListedAndAnUnknownOneIsRefusedLeavingTheResult) {
+  StrictEchoModel model;
+  EXPECT_EQ(model.Methods(), (std::vector<uint32_t>{1, 5}));
+  Variant text("t"), number(3), result("untouched");
+  EXPECT_FALSE(model.Invoke(1, &text, &result));
+  EXPECT_EQ(result.AsStr(), "untouched");
+  EXPECT_TRUE(model.Invoke(1, &number, &result));
+  EXPECT_EQ(result.AsStr(), "strict");
+  EXPECT_TRUE(model.Invoke(5, nullptr, nullptr)) << "a caller may want no answer";
+  result = "untouched";
+  EXPECT_FALSE(model.Invoke(2, &number, &result));
+  EXPECT_EQ(result.AsStr(), "untouched");
+  EXPECT_EQ(model.AsyncCall(5, nullptr).get().AsInt32(), 5);
+
+  // A handler may replace itself while it runs; a null handler removes it.
+  model.Replace(5, [&model](Variant const*, Variant* r) {
+    model.Replace(5, [](Variant const*, Variant* r2) {
+      if (r2) *r2 = "second";
+      return true;
+    });
+    if (r) *r = "first";
+    return true;
+  });
+  EXPECT_TRUE(model.Invoke(5, nullptr, &result));
+  EXPECT_EQ(result.AsStr(), "first");
+  EXPECT_TRUE(model.Invoke(5, nullptr, &result));
+  EXPECT_EQ(result.AsStr(), "second");
+  model.Replace(5, nullptr);
+  EXPECT_EQ(model.Methods(), (std::vector<uint32_t>{1}));
+  EXPECT_FALSE(model.Invoke(5, nullptr, &result));
+}
+
+TEST_F(ModelEventsTest, FiringKeepsTheLastNonEmptyMapOfEachEventAsItsSample) {
+  framework::ModelImpl model(9);
+  EXPECT_TRUE(model.SamplePayload(kEvent).IsNull());
+  // Kept whether or not anybody follows the event: a follower may come later.
+  Variant record(Variant::Map{{"msg_id", "m1"}, {"chat_type", 1}});
+  model.FireEvent(kEvent, &record);
+  EXPECT_EQ(model.SamplePayload(kEvent), record);
+  EXPECT_TRUE(model.SamplePayload(kEvent).SharesStorageWith(record));
+
+  model.Subscribe(kEvent, kA, Log("a"));
+  Variant empty(Variant::Map{}), scalar(1), list(Variant::Array{record});
+  for (Variant const* p : std::initializer_list<Variant const*>{&empty, &scalar, &list, nullptr}) {
+    model.FireEvent(kEvent, p);
+  }
+  EXPECT_EQ(Take().size(), 4u);
+  EXPECT_EQ(model.SamplePayload(kEvent), record) << "only non-empty maps are samples";
+
+  // A handler that changes the payload in place (a converter) changes the
+  // sender's value, not the sample.
+  model.SubscribePriority(kEvent, 1, kB, Prio([](Variant const* p, bool&) {
+                            const_cast<Variant*>(p)->Set("ui_msg_content", "converted");
+                          }));
+  Variant next(Variant::Map{{"msg_id", "m2"}});
+  model.FireEvent(kEvent, &next);
+  EXPECT_EQ(next.GetString("ui_msg_content"), "converted");
+  EXPECT_EQ(model.SamplePayload(kEvent).GetString("msg_id"), "m2");
+  EXPECT_FALSE(model.SamplePayload(kEvent).Has("ui_msg_content"));
+  EXPECT_TRUE(model.SamplePayload(kEvent + 1).IsNull());
 }
 
 TEST(AppModuleTest, ModelsAreFoundByIdUntilUnregistered) {

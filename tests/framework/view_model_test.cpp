@@ -173,6 +173,90 @@ TEST_F(ViewModelTest, HandleLogsTheReportIdThenRunsBeforeActionAfter) {
   EXPECT_TRUE(log.Contains("unhandled action 99"));
 }
 
+// Answers actions 1 and 2 through the framework's table; 2 asks to be
+// handed a new handler while it runs.
+class TableBaseViewModel : public framework::StatefulViewModel {
+ public:
+  Strings calls;
+  TableBaseViewModel() {
+    OnAction(1, [this](Variant const* p) { calls.push_back("base 1:" + (p ? p->ToString() : "null")); });
+    OnAction(2, [this](Variant const*) { calls.push_back("base 2"); });
+  }
+  void Replace(uint32_t action, ActionHandler handler) { OnAction(action, std::move(handler)); }
+};
+
+// Takes over action 2 of its base and adds 3.
+class TableViewModel : public TableBaseViewModel {
+ public:
+  TableViewModel() {
+    OnAction(2, [this](Variant const*) { calls.push_back("sub 2"); });
+    OnAction(3, [this](Variant const*) { calls.push_back("sub 3"); });
+  }
+  void OnViewModelHandleActionBefore(uint32_t a, Variant const*) override { calls.push_back("before " + N(a)); }
+  void OnViewModelHandleActionAfter(uint32_t a, Variant const*) override { calls.push_back("after " + N(a)); }
+  static std::string N(uint32_t n) { return std::to_string(n); }
+};
+
+TEST_F(ViewModelTest, RegisteredActionsAreListedAndDispatchedWithSubclassesTakingOverTheirBase) {
+  TableViewModel vm;
+  EXPECT_EQ(vm.Actions(), (std::vector<uint32_t>{1, 2, 3}));
+  talvex_test::LogCapture log;
+  Variant seven(7);
+  vm.Handle(1, &seven);
+  vm.Handle(2);
+  vm.HandleAction(3, nullptr);
+  EXPECT_EQ(vm.calls, (Strings{"before 1", "base 1:7", "after 1", "before 2", "sub 2", "after 2", "sub 3"}));
+  EXPECT_FALSE(log.Contains("unhandled action"));
+
+  // An action without a handler still reaches the hooks and is reported.
+  vm.calls.clear();
+  vm.Handle(4);
+  EXPECT_EQ(vm.calls, (Strings{"before 4", "after 4"}));
+  EXPECT_TRUE(log.Contains("unhandled action 4"));
+
+  // A handler may replace itself while it runs; a null handler removes the
+  // action from the table.
+  vm.Replace(1, [&vm](Variant const*) {
+    vm.calls.push_back("old 1");
+    vm.Replace(1, [&vm](Variant const*) { vm.calls.push_back("new 1"); });
+    vm.calls.push_back("old 1 still running");
+  });
+  vm.calls.clear();
+  vm.HandleAction(1, nullptr);
+  vm.HandleAction(1, nullptr);
+  EXPECT_EQ(vm.calls, (Strings{"old 1", "old 1 still running", "new 1"}));
+  vm.Replace(3, nullptr);
+  EXPECT_EQ(vm.Actions(), (std::vector<uint32_t>{1, 2}));
+}
+
+TEST_F(ViewModelTest, HandleKeepsTheLastNonEmptyMapOfEachActionAsItsSample) {
+  TableViewModel vm;
+  EXPECT_TRUE(vm.SampleParams(1).IsNull());
+  Variant first = Map({{"msg_id", "m1"}, {"template_type", 2}});
+  vm.Handle(1, &first);
+  EXPECT_EQ(vm.SampleParams(1), first);
+  EXPECT_TRUE(vm.SampleParams(1).SharesStorageWith(first)) << "a sample is a shared copy, not a deep one";
+
+  // Payloads that are not maps, or empty ones, say nothing about the keys.
+  Variant text("m2"), empty(Variant::Map{});
+  for (Variant const* p : std::initializer_list<Variant const*>{&text, &empty, nullptr}) vm.Handle(1, p);
+  EXPECT_EQ(vm.SampleParams(1), first);
+
+  // The sender's later changes stay its own.
+  first.Set("msg_id", "changed");
+  EXPECT_EQ(vm.SampleParams(1).GetString("msg_id"), "m1");
+
+  // Samples are kept per action, for unknown actions too; a direct
+  // HandleAction is no view traffic and keeps none.
+  Variant second = Map({{"x", 1}});
+  vm.Handle(4, &second);
+  vm.HandleAction(2, &second);
+  EXPECT_EQ(vm.SampleParams(4), second);
+  EXPECT_TRUE(vm.SampleParams(2).IsNull());
+  vm.Handle(1, &second);
+  EXPECT_EQ(vm.SampleParams(1), second);
+}
+
 std::shared_ptr<framework::EventHandler> Count(int* calls) {
   return std::make_shared<framework::EventHandler>([calls](Variant const*) { ++*calls; });
 }

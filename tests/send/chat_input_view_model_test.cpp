@@ -237,10 +237,16 @@ TEST_F(InputTest, PastedTextIsMatchedIntoItemsAndAFailedMatchIsOneTextItem) {
   ASSERT_EQ(items.Size(), 1u);
   EXPECT_EQ(items[0].GetString(Field("kStringMsgItemsMsgText")), "hi [Smile]");
 
+  // A request without its id gets no answer: the view would paste an
+  // answer with an empty id before it ever asked.
   const size_t published = vm->PropSetCount(VM::kPropMatchResult);
-  const Variant number(1);
-  vm->Handle(VM::kActionMatchTextToMsgItems, nullptr);
-  vm->Handle(VM::kActionMatchTextToMsgItems, &number);
+  const Variant number(1), empty(Variant::Map{});
+  const Variant no_id = Variant::Map{{"ChatInputMatchTextToMsgItemsFields_kStringMatchText", "pasted"}};
+  const Variant numeric_id = Variant::Map{{"ChatInputMatchTextToMsgItemsFields_kStringMatchText", "pasted"},
+                                          {"ChatInputMatchTextToMsgItemsFields_kStringMatchId", 3}};
+  for (Variant const* ask : {static_cast<Variant const*>(nullptr), &number, &empty, &no_id, &numeric_id}) {
+    vm->Handle(VM::kActionMatchTextToMsgItems, ask);
+  }
   EXPECT_EQ(vm->PropSetCount(VM::kPropMatchResult), published);
 }
 

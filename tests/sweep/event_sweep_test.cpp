@@ -1,125 +1,25 @@
-// The whole module on screen (panel, overlay, notice, a file's page, the web
-// bridge on both engines), then every event any of it follows, found through
-// the models' own subscription records, is sent null, each scalar, an empty
-// array and an empty map. Nothing may crash or throw, and no view model may
-// publish a prop it did not have after the same event carried nothing.
+// Every event the module follows, found through the models' own subscription
+// records, is sent null, each scalar, an empty array and an empty map, and
+// the map it carried in the scripted meeting with one key at a time of
+// another type. Nothing may crash or throw, and no view model may publish a
+// prop it did not have after the same event carried nothing, or carried its
+// well-formed map.
 #include <QApplication>
-#include <QTest>
-#include <map>
+#include <cstdio>
 #include <set>
-#include <sstream>
+#include <string>
 
-#include "chat/runtime/chat_module_registration.h"
-#include "chat/runtime/chat_module_runtime.h"
-#include "chat/ui/desktop/extension/chatting_panel_show_view.h"
-#include "framework/extension/extension.h"
-#include "framework/model/model_impl.h"
-#include "framework/module/app_module.h"
-#include "framework/module/providers.h"
-#include "framework/navigation/routing.h"
-#include "framework/viewmodel/view_model.h"
-#include "framework/web/web_host.h"
-#include "items_fixture.h"
-#include "sim/scripted_participants.h"
-#include "uikit/extension/extension_host_widget.h"
+#include "sweep_fixture.h"
 
 namespace sweep_test {
 namespace {
 
-namespace reg = chat::registration;
-using Snapshot = std::map<framework::ViewModel*, std::set<uint32_t>>;
-
-Snapshot Props() {
-  Snapshot snapshot;
-  for (auto* vm : framework::ViewModel::LiveViewModels()) {
-    auto props = vm->SetProps();
-    snapshot[vm] = std::set<uint32_t>(props.begin(), props.end());
-  }
-  return snapshot;
-}
-
-class EventSweepTest : public items_test::MeetingTest {
- protected:
-  void SetUp() override {
-    MeetingTest::SetUp();
-    meeting_.meeting_settings().SetSwitch("notice_enable", true);
-    reg::RegisterRuntimeAndExtensions();
-    ASSERT_TRUE(reg::Runtime()->Activate());
-    reg::LoadUI(reg::Runtime());
-  }
-  void TearDown() override {
-    pages_.clear();
-    overlay_.reset();
-    panel_.reset();
-    reg::UnloadUI();
-    if (reg::Runtime()->IsActivated()) reg::Runtime()->Unactivate();
-    reg::UnregisterModule();
-    framework::UiModuleLoaderRegister::GetInstance()->Remove("chat");
-    framework::extension::GetExtensionService()->Clear();
-    MeetingTest::TearDown();
-  }
-
-  // Everything the module can put on screen in a meeting, with a chat behind it.
-  void ShowEverything() {
-    panel_ = std::make_unique<ExtensionHostWidget>("contributes:app.chat_full");
-    panel_->resize(380, 640);
-    ASSERT_EQ(panel_->Populate(), 2);
-    panel_->show();
-    stage_ = std::make_unique<QWidget>();
-    stage_->resize(900, 600);
-    stage_->show();
-    overlay_ = std::make_unique<ExtensionHostWidget>("contributes:app.inmeeting_float");
-    overlay_->SetFloatingParent(stage_.get());
-    ASSERT_EQ(overlay_->Populate(), 1);
-    sim::ScriptedParticipants participants(meeting_);
-    participants.Start(1);
-    ASSERT_TRUE(talvex_test::WaitUntil([&] { return participants.finished(); }, 10000));
-    framework::NavigateService::Instance()->Navigate("talvex://page/meeting_notice");
-    for (auto const& view : panel_->views()) {
-      auto* list = dynamic_cast<QtView::ChattingPanelShowView*>(view.get());
-      if (!list) continue;
-      for (auto const& id : list->MessageIds()) {
-        auto record = talvex::ChatUtils::GetMsgInfoPtrById(id);
-        if (record && record->GetInt32("chat_type") == 8) list->ShowFilePreview(id);
-      }
-    }
-    for (auto engine : {talvex::WebHost::Engine::kWebview, talvex::WebHost::Engine::kBrowserBridge}) {
-      pages_.push_back(std::make_unique<talvex::WebHost>(engine));
-      ASSERT_TRUE(pages_.back()->Attach("com.talvex.jsbridge.meetingchat"));
-    }
-    QApplication::processEvents();
-  }
-
-  // The models the module follows: the client's, and the module's own.
-  std::vector<std::pair<std::string, framework::ModelPtr>> Models() const {
-    std::vector<std::pair<std::string, framework::ModelPtr>> models;
-    auto app = meeting_.application();
-    for (int id : app->ModelIds()) models.emplace_back("client model " + std::to_string(id), app->GetModel(id));
-    auto* provider = dynamic_cast<framework::ModelProviderBaseImpl*>(reg::Runtime()->GetModelProvider());
-    if (provider) {
-      for (int id : provider->ModelIds()) models.emplace_back("module model " + std::to_string(id), provider->ModelOf(id));
-    }
-    return models;
-  }
-
-  std::unique_ptr<ExtensionHostWidget> panel_;
-  std::unique_ptr<QWidget> stage_;
-  std::unique_ptr<ExtensionHostWidget> overlay_;
-  std::vector<std::unique_ptr<talvex::WebHost>> pages_;
-};
+using EventSweepTest = SweepTest;
 
 TEST_F(EventSweepTest, EveryFollowedEventSurvivesEveryWrongPayloadAndPublishesNothingNew) {
   ShowEverything();
-  const std::vector<std::pair<char const*, Variant>> payloads = {
-      {"null", Variant()},
-      {"true", Variant(true)},
-      {"integer", Variant(-7)},
-      {"double", Variant(3.5)},
-      {"text", Variant("<b>x</b>")},
-      {"empty array", Variant(Variant::Array{})},
-      {"empty map", Variant(Variant::Map{})},
-  };
-  std::ostringstream gained;
+  const std::vector<Payload> payloads = WrongPayloads();
+  std::string gained;
   size_t swept = 0;
   std::set<std::string> models_followed;
   for (auto const& [name, model] : Models()) {
@@ -135,24 +35,60 @@ TEST_F(EventSweepTest, EveryFollowedEventSurvivesEveryWrongPayloadAndPublishesNo
         const Snapshot before = Props();
         impl->FireEvent(event, &payload);
         QApplication::processEvents();
-        for (auto* vm : framework::ViewModel::LiveViewModels()) {
-          auto it = before.find(vm);
-          if (it == before.end()) continue;
-          for (uint32_t prop : vm->SetProps()) {
-            if (!it->second.count(prop)) {
-              gained << name << " event " << event << " with " << kind << ": view model type " << vm->type()
-                     << " published prop " << prop << "\n";
-            }
-          }
-        }
+        gained += Gained(before, name + " event " + std::to_string(event) + " with " + kind);
       }
     }
   }
-  EXPECT_EQ(gained.str(), "");
+  EXPECT_EQ(gained, "");
   // The sweep reaches what the module follows: far more than a handful.
   EXPECT_GE(swept, 60u);
   EXPECT_GE(models_followed.size(), 15u);
   std::printf("swept %zu events of %zu models\n", swept, models_followed.size());
+}
+
+TEST_F(EventSweepTest, AnEventsOwnMapWithOneKeyOfAnotherTypePublishesNothingTheMapDidNot) {
+  ShowEverything();
+  // The maps the scripted meeting's events carried, taken before the sweep
+  // fires anything of its own.
+  struct Sampled {
+    std::string name;
+    std::shared_ptr<framework::ModelImpl> model;
+    uint32_t event;
+    Variant sample;
+  };
+  std::vector<Sampled> sampled;
+  size_t followed = 0;
+  for (auto const& [name, model] : Models()) {
+    auto impl = std::dynamic_pointer_cast<framework::ModelImpl>(model);
+    if (!impl) continue;
+    for (uint32_t event : impl->SubscribedEvents()) {
+      ++followed;
+      Variant sample = impl->SamplePayload(event);
+      if (sample.IsMap() && !sample.Empty()) sampled.push_back({name, impl, event, sample});
+    }
+  }
+  std::string gained;
+  size_t fired = 0;
+  for (auto const& [name, model, event, sample] : sampled) {
+    if (model->SubscriberCount(event) == 0) continue;
+    // The baseline: what the well-formed map itself publishes.
+    model->FireEvent(event, &sample);
+    QApplication::processEvents();
+    const Snapshot baseline = Props();
+    for (auto const& [kind, payload] : MistypedKeys(sample)) {
+      ++fired;
+      model->FireEvent(event, &payload);
+      QApplication::processEvents();
+      gained += Gained(baseline, name + " event " + std::to_string(event) + " with " + kind);
+    }
+  }
+  EXPECT_EQ(gained, "");
+  std::printf("%zu of %zu followed events had a sample; %zu mistyped copies fired\n", sampled.size(), followed,
+              fired);
+  // The scripted meeting's maps: the message model's (received, removed,
+  // converted, ...), the meeting's, the members', and the notice's own.
+  EXPECT_GE(sampled.size(), 8u);
+  EXPECT_GE(fired, 444u);
 }
 
 }  // namespace

@@ -88,7 +88,8 @@ void EventHub::Clear() {
   entries_.clear();
 }
 
-bool EventHub::Fire(uint32_t event_id, Variant const* payload) const {
+bool EventHub::Fire(uint32_t event_id, Variant const* payload) {
+  if (payload && payload->IsMap() && !payload->Empty()) samples_[event_id] = *payload;
   auto it = entries_.find(event_id);
   if (it == entries_.end() || it->second.empty()) return false;
   const std::vector<std::shared_ptr<Entry>> snapshot = it->second;
@@ -103,6 +104,11 @@ bool EventHub::Fire(uint32_t event_id, Variant const* payload) const {
     }
   }
   return false;
+}
+
+Variant EventHub::Sample(uint32_t event_id) const {
+  auto it = samples_.find(event_id);
+  return it == samples_.end() ? Variant() : it->second;
 }
 
 std::vector<uint32_t> EventHub::SubscribedEvents() const {

@@ -33,8 +33,13 @@ class EventHub {
   void Clear();
 
   // Priority handlers first, then plain ones. Returns true when a priority
-  // handler stopped the event.
-  bool Fire(uint32_t event_id, Variant const* payload) const;
+  // handler stopped the event. A non-empty map payload becomes the event's
+  // sample, followed or not.
+  bool Fire(uint32_t event_id, Variant const* payload);
+  // The last non-empty map fired with `event_id`, sharing its storage; null
+  // when the event never carried one. What a well-formed payload looks like,
+  // for diagnostics and tests.
+  Variant Sample(uint32_t event_id) const;
 
   size_t SubscriberCount(uint32_t event_id) const;
   // The events somebody follows now, in ascending order.
@@ -45,6 +50,8 @@ class EventHub {
 
  private:
   std::unordered_map<uint32_t, std::vector<std::shared_ptr<Entry>>> entries_;
+  // One value per event id: a copy shares the payload's storage.
+  std::unordered_map<uint32_t, Variant> samples_;
   uint64_t next_order_ = 0;
 };
 

@@ -1,12 +1,18 @@
 #pragma once
 
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
 #include "framework/model/event_hub.h"
 #include "framework/model/model.h"
 
 namespace framework {
 
-// Base of concrete models. A subclass overrides Init, UnInit (calling the
-// base) and Invoke, and announces changes with FireEvent.
+// Base of concrete models. A subclass overrides Init and UnInit (calling the
+// base), registers a handler per method in its constructor (OnMethod), and
+// announces changes with FireEvent.
 class ModelImpl : public PriorityModel {
  public:
   explicit ModelImpl(int type = 0) : type_(type) {}
@@ -26,7 +32,10 @@ class ModelImpl : public PriorityModel {
   void UnsubscribePriority(uint32_t event_id, uint64_t subscriber) override;
   void UnsubscribePriority(uint64_t subscriber) override;
 
+  // Runs the handler registered for `method`; false for a method without one.
   bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
+  // The methods this model has handlers for, in ascending order.
+  std::vector<uint32_t> Methods() const;
   bool P2PCall(uint32_t method, uint64_t target, Variant const* params, Variant* result) override;
   std::future<Variant> AsyncCall(uint32_t method, Variant const* params) override;
 
@@ -40,13 +49,22 @@ class ModelImpl : public PriorityModel {
   size_t SubscriberCount(uint32_t event_id) const { return hub_.SubscriberCount(event_id); }
   std::vector<uint32_t> SubscribedEvents() const { return hub_.SubscribedEvents(); }
   bool HasSubscriber(uint64_t subscriber) const { return hub_.HasSubscriber(subscriber); }
+  // The last non-empty map fired with `event_id`, or null (EventHub::Sample).
+  Variant SamplePayload(uint32_t event_id) const { return hub_.Sample(event_id); }
 
  protected:
+  // `result` may be null: a caller that wants no answer. True when the
+  // method was carried out.
+  using MethodHandler = std::function<bool(Variant const* params, Variant* result)>;
+  // Makes `handler` the answer to `method`; a later registration replaces
+  // an earlier one (a subclass taking over a method of its base).
+  void OnMethod(uint32_t method, MethodHandler handler);
   void set_type(int type) { type_ = type; }
 
  private:
   int type_;
   EventHub hub_;
+  std::map<uint32_t, std::shared_ptr<MethodHandler const>> method_handlers_;
 };
 
 // Base of a module's services: the same call and event surface as a model.

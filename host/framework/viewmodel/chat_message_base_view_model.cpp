@@ -2,17 +2,13 @@
 
 namespace talvex {
 
+ChatMessageBaseViewModel::ChatMessageBaseViewModel() : AuthorizeViewModelT<ExtensionViewModel>(0) {
+  OnAction(kActionBindMessage, [this](Variant const* params) { HandleMsgInfo(params); });
+}
+
 void ChatMessageBaseViewModel::OnViewAttached(Variant const* params) {
   AuthorizeViewModelT<ExtensionViewModel>::OnViewAttached(params);
   if (params && params->IsMap() && params->Has("msg_id")) HandleMsgInfo(params);
-}
-
-void ChatMessageBaseViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionBindMessage) {
-    HandleMsgInfo(params);
-    return;
-  }
-  AuthorizeViewModelT<ExtensionViewModel>::HandleAction(action, params);
 }
 
 void ChatMessageBaseViewModel::CopyFields(Variant& target, char const* target_key, Variant const& source,

@@ -16,10 +16,9 @@ class ChatMessageBaseViewModel : public AuthorizeViewModelT<ExtensionViewModel> 
   // `template_type`).
   static constexpr uint32_t kActionBindMessage = framework::NameId("ChatMessageBase.BindMessage");
 
-  ChatMessageBaseViewModel() : AuthorizeViewModelT<ExtensionViewModel>(0) {}
+  ChatMessageBaseViewModel();
 
   void OnViewAttached(Variant const* params) override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   // Fills the row's content from the message `params` name.
   virtual void HandleMsgInfo(Variant const* params) {}

@@ -96,13 +96,40 @@ void ViewModel::Handle(uint32_t action, Variant const* params) {
     const std::string name = report.IsString() ? report.AsStr() : report.ToString();
     if (!name.empty()) talvex_common::utils::analytics::LogEvent(name);
   }
+  if (params && params->IsMap() && !params->Empty()) action_samples_[action] = *params;
   OnViewModelHandleActionBefore(action, params);
   HandleAction(action, params);
   OnViewModelHandleActionAfter(action, params);
 }
 
-void ViewModel::HandleAction(uint32_t action, Variant const*) {
+void ViewModel::HandleAction(uint32_t action, Variant const* params) {
+  auto it = action_handlers_.find(action);
+  if (it != action_handlers_.end()) {
+    std::shared_ptr<ActionHandler const> handler = it->second;
+    (*handler)(params);
+    return;
+  }
   TXLOG_NOTICE << "unhandled action " << action << " of view model type " << type_;
+}
+
+void ViewModel::OnAction(uint32_t action, ActionHandler handler) {
+  if (!handler) {
+    action_handlers_.erase(action);
+    return;
+  }
+  action_handlers_[action] = std::make_shared<ActionHandler const>(std::move(handler));
+}
+
+std::vector<uint32_t> ViewModel::Actions() const {
+  std::vector<uint32_t> actions;
+  actions.reserve(action_handlers_.size());
+  for (auto const& [id, handler] : action_handlers_) actions.push_back(id);
+  return actions;
+}
+
+Variant ViewModel::SampleParams(uint32_t action) const {
+  auto it = action_samples_.find(action);
+  return it == action_samples_.end() ? Variant() : it->second;
 }
 
 void ViewModel::Publish(uint32_t prop, Variant value) {

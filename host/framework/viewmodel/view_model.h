@@ -78,10 +78,17 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
 
   // A view's action: statistics, before, HandleAction, after. When `params`
   // is a map with `statistics_report_id`, that value is logged as an event
-  // first.
+  // first. A non-empty map is kept as the action's sample (SampleParams).
   void Handle(uint32_t action, Variant const* params = nullptr);
-  // An overrider ends in the base for actions it doesn't know.
+  // Runs the handler registered for `action` (OnAction); logs an action that
+  // has none. An overrider ends in the base for actions it doesn't know.
   virtual void HandleAction(uint32_t action, Variant const* params);
+  // The actions this view model has handlers for, in ascending order.
+  std::vector<uint32_t> Actions() const;
+  // The last non-empty map a view handed to `action`, sharing its storage;
+  // null when the action never carried one. What a well-formed payload looks
+  // like, for diagnostics and tests.
+  Variant SampleParams(uint32_t action) const;
 
   // --- props -----------------------------------------------------------------
   void SetPropValue(uint32_t prop, Variant const& value);
@@ -140,6 +147,12 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
   bool attached() const { return attached_; }
   int lifecycle_state() const { return lifecycle_state_; }
 
+ protected:
+  using ActionHandler = std::function<void(Variant const* params)>;
+  // Makes `handler` the answer to `action`. Constructors register theirs, so
+  // a subclass registering an action of its base takes it over.
+  void OnAction(uint32_t action, ActionHandler handler);
+
  private:
   template <typename T>
   static void RecordIfViewModel(ModelPtr const& model, T* subscriber, bool priority) {
@@ -177,6 +190,9 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
   std::map<uint32_t, PropSetResultBinding> result_bindings_;
   std::vector<Subscription> subscriptions_;
   std::map<uint32_t, std::chrono::steady_clock::time_point> last_actions_;
+  // Shared, so that a handler that registers again while it runs stays alive.
+  std::map<uint32_t, std::shared_ptr<ActionHandler const>> action_handlers_;
+  std::map<uint32_t, Variant> action_samples_;
 };
 
 }  // namespace framework

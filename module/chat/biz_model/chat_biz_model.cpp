@@ -21,7 +21,43 @@ std::shared_ptr<framework::EventHandler> Bind(ChatBizModel* self, Handler handle
 }
 }  // namespace
 
-ChatBizModel::ChatBizModel() : TypedBizModel::Chat::ModelImpl(kChatBizModelId) {}
+ChatBizModel::ChatBizModel() : TypedBizModel::Chat::ModelImpl(kChatBizModelId) {
+  OnMethod(kFireUnreadVisible, [this](Variant const* params, Variant*) { return FireUnreadVisible(params); });
+  OnMethod(kFireScrollToBottom, [this](Variant const*, Variant*) {
+    FireEvent(kEventScrollToBottom, nullptr);
+    return true;
+  });
+  OnMethod(kSetReminderDisabled, [this](Variant const* params, Variant*) {
+    return ReadBool(params, "set reminder disabled", reminder_disabled_);
+  });
+  OnMethod(kSetReminderMsgId, [this](Variant const* params, Variant*) {
+    return ReadString(params, "set reminder: msg id is not a string", reminder_msg_id_);
+  });
+  OnMethod(kHasReminder, [this](Variant const*, Variant* result) {
+    return Answer(result, !reminder_disabled_ && !reminder_msg_id_.empty());
+  });
+  OnMethod(kSetTipsPending,
+           [this](Variant const* params, Variant*) { return ReadBool(params, "set tips pending", tips_pending_); });
+  OnMethod(kFlushTipsPending, [this](Variant const*, Variant*) {
+    FlushTipsPending();
+    return true;
+  });
+  OnMethod(kSetSecondMsgId, [this](Variant const* params, Variant*) {
+    return ReadString(params, "set second msg id: not a string", second_msg_id_);
+  });
+  OnMethod(kHasSecondMsgId,
+           [this](Variant const*, Variant* result) { return Answer(result, !second_msg_id_.empty()); });
+  OnMethod(kSetInputDraft, [this](Variant const* params, Variant*) { return SetInputDraft(params); });
+  OnMethod(kGetInputDraft,
+           [this](Variant const*, Variant* result) { return !first_.IsNull() && Answer(result, first_); });
+  OnMethod(kSetBulletDraft, [this](Variant const* params, Variant*) { return SetBulletDraft(params); });
+  OnMethod(kGetBulletDraft, [this](Variant const*, Variant* result) { return Answer(result, second_); });
+  OnMethod(kSetSharedValue, [this](Variant const* params, Variant*) {
+    third_ = params ? *params : Variant();
+    return true;
+  });
+  OnMethod(kGetSharedValue, [this](Variant const*, Variant* result) { return Answer(result, third_); });
+}
 
 void ChatBizModel::Init() {
   TypedBizModel::Chat::ModelImpl::Init();
@@ -61,80 +97,52 @@ bool ChatBizModel::IsMeetingOn() const {
   return meeting->Invoke(kMeetingMethodIsOn, nullptr, &on) && on.AsBoolean();
 }
 
-bool ChatBizModel::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  switch (method) {
-    case kFireUnreadVisible: {
-      bool visible = false;
-      if (!ReadBool(params, "fire unread visible", visible)) return false;
-      Variant payload(visible);
-      FireEvent(kEventUnreadVisible, &payload);
-      return true;
-    }
-    case kFireScrollToBottom:
-      FireEvent(kEventScrollToBottom, nullptr);
-      return true;
-    case kSetReminderDisabled:
-      return ReadBool(params, "set reminder disabled", reminder_disabled_);
-    case kSetReminderMsgId:
-      if (!params || !params->IsString()) {
-        TXLOG_ERROR << "<IM> chat biz model set reminder: msg id is not a string";
-        return false;
-      }
-      reminder_msg_id_ = params->AsStr();
-      return true;
-    case kHasReminder:
-      if (result) *result = !reminder_disabled_ && !reminder_msg_id_.empty();
-      return true;
-    case kSetTipsPending:
-      return ReadBool(params, "set tips pending", tips_pending_);
-    case kFlushTipsPending:
-      if (tips_pending_) {
-        FireEvent(kEventTipsPending, nullptr);
-        tips_pending_ = false;
-        talvex_common::utils::analytics::LogEvent("inmeeting_im_null_null_tips_null_exp");
-      }
-      return true;
-    case kSetSecondMsgId:
-      if (!params || !params->IsString()) {
-        TXLOG_ERROR << "<IM> chat biz model set second msg id: not a string";
-        return false;
-      }
-      second_msg_id_ = params->AsStr();
-      return true;
-    case kHasSecondMsgId:
-      if (result) *result = !second_msg_id_.empty();
-      return true;
-    case kSetInputDraft:
-      if (!params || params->IsNull()) {
-        first_.Reset();
-        return true;
-      }
-      if (!IsMeetingOn()) return false;
-      first_ = *params;
-      return true;
-    case kGetInputDraft:
-      if (first_.IsNull()) return false;
-      if (result) *result = first_;
-      return true;
-    case kSetBulletDraft:
-      if (params && !params->IsNull() && IsMeetingOn()) {
-        second_ = *params;
-        return true;
-      }
-      second_.Reset();
-      return false;
-    case kGetBulletDraft:
-      if (result) *result = second_;
-      return true;
-    case kSetSharedValue:
-      third_ = params ? *params : Variant();
-      return true;
-    case kGetSharedValue:
-      if (result) *result = third_;
-      return true;
-    default:
-      return false;
+bool ChatBizModel::ReadString(Variant const* params, char const* what, std::string& out) {
+  if (!params || !params->IsString()) {
+    TXLOG_ERROR << "<IM> chat biz model " << what;
+    return false;
   }
+  out = params->AsStr();
+  return true;
+}
+
+bool ChatBizModel::Answer(Variant* result, Variant const& value) {
+  if (result) *result = value;
+  return true;
+}
+
+bool ChatBizModel::FireUnreadVisible(Variant const* params) {
+  bool visible = false;
+  if (!ReadBool(params, "fire unread visible", visible)) return false;
+  Variant payload(visible);
+  FireEvent(kEventUnreadVisible, &payload);
+  return true;
+}
+
+void ChatBizModel::FlushTipsPending() {
+  if (!tips_pending_) return;
+  FireEvent(kEventTipsPending, nullptr);
+  tips_pending_ = false;
+  talvex_common::utils::analytics::LogEvent("inmeeting_im_null_null_tips_null_exp");
+}
+
+bool ChatBizModel::SetInputDraft(Variant const* params) {
+  if (!params || params->IsNull()) {
+    first_.Reset();
+    return true;
+  }
+  if (!IsMeetingOn()) return false;
+  first_ = *params;
+  return true;
+}
+
+bool ChatBizModel::SetBulletDraft(Variant const* params) {
+  if (params && !params->IsNull() && IsMeetingOn()) {
+    second_ = *params;
+    return true;
+  }
+  second_.Reset();
+  return false;
 }
 
 void ChatBizModel::OnEventMeetingStateReset(Variant const*) {

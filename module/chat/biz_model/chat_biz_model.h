@@ -46,7 +46,6 @@ class ChatBizModel : public TypedBizModel::Chat::ModelImpl {
   ChatBizModel();
   void Init() override;
   void UnInit() override;
-  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
 
   void OnEventMeetingStateReset(Variant const* params);
   void OnEventMeetingEnded(Variant const* params);
@@ -55,6 +54,14 @@ class ChatBizModel : public TypedBizModel::Chat::ModelImpl {
 
  private:
   bool ReadBool(Variant const* params, char const* method, bool& out) const;
+  // Reads a string param; false (logged as `what`) for anything else.
+  static bool ReadString(Variant const* params, char const* what, std::string& out);
+  bool FireUnreadVisible(Variant const* params);
+  void FlushTipsPending();
+  bool SetInputDraft(Variant const* params);
+  bool SetBulletDraft(Variant const* params);
+  // Hands `value` to a caller that wants an answer.
+  static bool Answer(Variant* result, Variant const& value);
   bool IsMeetingOn() const;
 
   bool reminder_disabled_ = false;

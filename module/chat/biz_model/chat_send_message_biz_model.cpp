@@ -27,17 +27,13 @@
 
 namespace TypedBizModel {
 namespace ChatSendMessage {
-bool ModelImpl::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  switch (method) {
-    case kSendTextMessage:
-      return InvokeSendTextMessage(params, result);
-    case kSendImageMessage:
-      return InvokeSendImageMessage(params, result);
-    case kSendFileMessage:
-      return InvokeSendFileMessage(params, result);
-    default:
-      return framework::ModelImpl::Invoke(method, params, result);
-  }
+ModelImpl::ModelImpl(int type) : framework::ModelImpl(type) {
+  OnMethod(kSendTextMessage,
+           [this](Variant const* params, Variant* result) { return InvokeSendTextMessage(params, result); });
+  OnMethod(kSendImageMessage,
+           [this](Variant const* params, Variant* result) { return InvokeSendImageMessage(params, result); });
+  OnMethod(kSendFileMessage,
+           [this](Variant const* params, Variant* result) { return InvokeSendFileMessage(params, result); });
 }
 }  // namespace ChatSendMessage
 }  // namespace TypedBizModel

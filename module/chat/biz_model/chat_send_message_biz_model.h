@@ -31,9 +31,8 @@ class ModelImpl : public framework::ModelImpl {
     kEventSendReminder = 187168662,  // 0xb27f796, {message_info, send_type}
     kEventMixedSent = 601504210,     // 0x23da39d2, null
   };
-  using framework::ModelImpl::ModelImpl;
+  explicit ModelImpl(int type = 0);
 
-  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
   virtual bool InvokeSendTextMessage(Variant const* params, Variant* result) = 0;
   virtual bool InvokeSendImageMessage(Variant const* params, Variant* result) = 0;
   virtual bool InvokeSendFileMessage(Variant const* params, Variant* result) = 0;

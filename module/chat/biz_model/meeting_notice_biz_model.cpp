@@ -34,7 +34,44 @@ bool SelfHostOrCoHost() { return talvex_common::utils::member::IsSelfHostOrCoHos
 }  // namespace
 
 MeetingNoticeBizModel::MeetingNoticeBizModel(framework::module::ModuleRuntime* runtime)
-    : TypedBizModel::MeetingNotice::ModelImpl(kMeetingNoticeBizModelId), runtime_(runtime) {}
+    : TypedBizModel::MeetingNotice::ModelImpl(kMeetingNoticeBizModelId), runtime_(runtime) {
+  // An edit starts and a notice goes out only for a caller that takes the
+  // answer (a result pointer).
+  OnMethod(kGetAndReadNotice, [this](Variant const*, Variant*) {
+    InvokeGetAndReadNotice();
+    return true;
+  });
+  OnMethod(kStartEdit, [this](Variant const*, Variant* result) {
+    if (result) *result = StartEdit();
+    return true;
+  });
+  OnMethod(kCompareWithCurrent, [this](Variant const* params, Variant* result) {
+    const bool same = params && params->IsString() && params->AsStr() == last_content_;
+    if (!result) return true;
+    *result = same ? Variant::Map{{"is_succeed", true}} : Variant::Map{{"is_succeed", false}, {"err_msg", ""}};
+    return true;
+  });
+  OnMethod(kCancelEdit, [this](Variant const*, Variant*) {
+    CancelEdit();
+    return true;
+  });
+  OnMethod(kSend, [this](Variant const* params, Variant* result) {
+    if (result) *result = InvokeSend(params);
+    return true;
+  });
+  OnMethod(kGetReadMark, [this](Variant const*, Variant* result) {
+    if (result) *result = is_notice_read_;
+    return true;
+  });
+  OnMethod(kIsBlank, [](Variant const* params, Variant* result) {
+    if (result) *result = IsBlank(params);
+    return true;
+  });
+  OnMethod(kGetMaxLength, [](Variant const*, Variant* result) {
+    if (result) *result = kMaxLength;
+    return true;
+  });
+}
 
 framework::ModelPtr MeetingNoticeBizModel::NoticeModel() const {
   return GetChatModuleModel(runtime_, kMeetingNoticeModelId);
@@ -73,39 +110,6 @@ void MeetingNoticeBizModel::UnInit() {
     if (auto model = framework::module::GetAppModuleModel(id)) model->Unsubscribe(self);
   }
   TypedBizModel::MeetingNotice::ModelImpl::UnInit();
-}
-
-bool MeetingNoticeBizModel::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  switch (method) {
-    case kGetAndReadNotice:
-      InvokeGetAndReadNotice();
-      return true;
-    case kStartEdit:
-      if (result) *result = StartEdit();
-      return true;
-    case kCompareWithCurrent: {
-      const bool same = params && params->IsString() && params->AsStr() == last_content_;
-      if (result) *result = same ? Variant::Map{{"is_succeed", true}} : Variant::Map{{"is_succeed", false}, {"err_msg", ""}};
-      return true;
-    }
-    case kCancelEdit:
-      CancelEdit();
-      return true;
-    case kSend:
-      if (result) *result = InvokeSend(params);
-      return true;
-    case kGetReadMark:
-      if (result) *result = is_notice_read_;
-      return true;
-    case kIsBlank:
-      if (result) *result = IsBlank(params);
-      return true;
-    case kGetMaxLength:
-      if (result) *result = kMaxLength;
-      return true;
-    default:
-      return TypedBizModel::MeetingNotice::ModelImpl::Invoke(method, params, result);
-  }
 }
 
 // --- the notice in UI form --------------------------------------------------------------

@@ -49,7 +49,6 @@ class MeetingNoticeBizModel : public TypedBizModel::MeetingNotice::ModelImpl {
   explicit MeetingNoticeBizModel(framework::module::ModuleRuntime* runtime = nullptr);
   void Init() override;
   void UnInit() override;
-  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
 
   void OnEventMeetingNoticeUpdated(Variant const* record);
   void OnEventModifyFinished(Variant const* params);

@@ -16,7 +16,16 @@ constexpr uint32_t kMemberMethodByAppIds = 47;
 constexpr int kNoticeMaxLength = 1000;
 }  // namespace
 
-MeetingNoticeModel::MeetingNoticeModel() : framework::ModelImpl(kMeetingNoticeModelId) {}
+MeetingNoticeModel::MeetingNoticeModel() : framework::ModelImpl(kMeetingNoticeModelId) {
+  OnMethod(kGetNotice, [this](Variant const*, Variant* result) {
+    if (result) *result = RecordMap();
+    return true;
+  });
+  OnMethod(kReadNotice, [this](Variant const* params, Variant*) { return ReadNotice(params); });
+  OnMethod(kModifyNotice, [this](Variant const* params, Variant*) { return ModifyNotice(params); });
+  OnMethod(kGetHistoryNotice,
+           [this](Variant const* params, Variant* result) { return GetHistoryNotice(params, result); });
+}
 
 MeetingNoticeModel::~MeetingNoticeModel() {
   if (auto* service = Service()) service->SetDelegate(nullptr);
@@ -95,31 +104,21 @@ void MeetingNoticeModel::OnReadMeetingNoticeComplete(int ret, std::string const&
 
 // --- calls ---------------------------------------------------------------------------
 
-bool MeetingNoticeModel::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  switch (method) {
-    case kGetNotice:
-      if (result) *result = RecordMap();
-      return true;
-    case kReadNotice: {
-      auto* service = Service();
-      if (!service || !params || !params->IsInteger()) return false;
-      if (service->ReadMeetingNotice(params->AsUint64()) != 0) return false;
-      record_.is_read = true;
-      FireEvent(kEventReadMark, Variant(true));
-      return true;
-    }
-    case kModifyNotice: {
-      auto* service = Service();
-      if (!service || !params || !params->IsString()) return false;
-      talvexsdk::MeetingNoticeInfo info = record_;
-      EncodeNoticeContent(params->AsStr(), info.notice_type, info.notice_content);
-      return service->ModifyMeetingNotice(info) == 0;
-    }
-    case kGetHistoryNotice:
-      return GetHistoryNotice(params, result);
-    default:
-      return framework::ModelImpl::Invoke(method, params, result);
-  }
+bool MeetingNoticeModel::ReadNotice(Variant const* params) {
+  auto* service = Service();
+  if (!service || !params || !params->IsInteger()) return false;
+  if (service->ReadMeetingNotice(params->AsUint64()) != 0) return false;
+  record_.is_read = true;
+  FireEvent(kEventReadMark, Variant(true));
+  return true;
+}
+
+bool MeetingNoticeModel::ModifyNotice(Variant const* params) {
+  auto* service = Service();
+  if (!service || !params || !params->IsString()) return false;
+  talvexsdk::MeetingNoticeInfo info = record_;
+  EncodeNoticeContent(params->AsStr(), info.notice_type, info.notice_content);
+  return service->ModifyMeetingNotice(info) == 0;
 }
 
 Variant MeetingNoticeModel::DecodeNoticeContent(std::string const& content, int& type) {

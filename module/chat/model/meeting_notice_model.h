@@ -29,7 +29,6 @@ class MeetingNoticeModel : public framework::ModelImpl, public talvexsdk::IMeeti
   ~MeetingNoticeModel() override;
   void Init() override;
   void UnInit() override;
-  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
 
   // talvexsdk::IMeetingNoticeDelegate
   void OnMeetingNoticeUpdated(talvexsdk::MeetingNoticeInfo const& info) override;
@@ -51,6 +50,8 @@ class MeetingNoticeModel : public framework::ModelImpl, public talvexsdk::IMeeti
   Variant RecordMap() const;
   Variant SenderOf(talvexsdk::MeetingNoticeInfo const& info) const;
   bool GetHistoryNotice(Variant const* params, Variant* result) const;
+  bool ReadNotice(Variant const* params);
+  bool ModifyNotice(Variant const* params);
   static talvexsdk::IMeetingNotice* Service();
 
   talvexsdk::MeetingNoticeInfo record_;

@@ -14,6 +14,14 @@ bool ConfigBool(char const* key, bool def) {
 }
 }  // namespace
 
+SendButtonConfigModel::SendButtonConfigModel() : framework::ModelImpl(kSendButtonConfigModelId) {
+  OnMethod(kGetConfig, [this](Variant const*, Variant* result) {
+    Variant config = Refresh();
+    if (result) *result = std::move(config);
+    return true;
+  });
+}
+
 void SendButtonConfigModel::Init() {
   framework::ModelImpl::Init();
   last_ = Refresh();
@@ -40,13 +48,6 @@ Variant SendButtonConfigModel::Refresh() {
   }
   last_ = config;
   return config;
-}
-
-bool SendButtonConfigModel::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  if (method != kGetConfig) return framework::ModelImpl::Invoke(method, params, result);
-  Variant config = Refresh();
-  if (result) *result = std::move(config);
-  return true;
 }
 
 }  // namespace chat

@@ -16,10 +16,9 @@ class SendButtonConfigModel : public framework::ModelImpl {
   enum Method : uint32_t { kGetConfig = 1083848274 };
   enum Event : uint32_t { kEventConfigChanged = 312889305 };
 
-  SendButtonConfigModel() : framework::ModelImpl(kSendButtonConfigModelId) {}
+  SendButtonConfigModel();
   void Init() override;
   void UnInit() override;
-  bool Invoke(uint32_t method, Variant const* params, Variant* result) override;
   // Reads the configuration; fires the change when it differs from the last.
   Variant Refresh();
 

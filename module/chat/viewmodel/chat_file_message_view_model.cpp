@@ -24,25 +24,19 @@ bool ChatFileMessageViewModel::FillInfo(Variant const& record, Variant const* pa
   return true;
 }
 
-void ChatFileMessageViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionOpenFile) {
+ChatFileMessageViewModel::ChatFileMessageViewModel() {
+  OnAction(kActionOpenFile, [this](Variant const*) {
     if (auto record = talvex::ChatUtils::GetMsgInfoPtrById(msg_id_)) {
       Variant msg(base::variant::kVariantTypeMap);
       msg.Set("msg_content", ContentOf(*record));
       OpenFileByMsg(this, msg);
     }
-    return;
-  }
-  if (action == kActionDownloadFile) {
-    DownloadFileByMsgId(msg_id_, kDownloadFromRow);
-    return;
-  }
-  if (action == kActionStopDownload) {
+  });
+  OnAction(kActionDownloadFile, [this](Variant const*) { DownloadFileByMsgId(msg_id_, kDownloadFromRow); });
+  OnAction(kActionStopDownload, [this](Variant const*) {
     Variant message = Variant::Map{{chat_key::kMsgId, msg_id_}};
     InvokeHostModel(kHostChatFileModel, kFileMethodStopDownload, &message, nullptr);
-    return;
-  }
-  ChatMessageItemViewModel::HandleAction(action, params);
+  });
 }
 
 }  // namespace chat

@@ -12,7 +12,7 @@ class ChatFileMessageViewModel : public ChatMessageItemViewModel {
   static constexpr uint32_t kActionDownloadFile = framework::NameId("ChatFileMessageViewModel.Download");
   static constexpr uint32_t kActionStopDownload = framework::NameId("ChatFileMessageViewModel.StopDownload");
 
-  void HandleAction(uint32_t action, Variant const* params) override;
+  ChatFileMessageViewModel();
 
  protected:
   bool FillInfo(Variant const& record, Variant const* params, Variant& info) override;

@@ -72,8 +72,15 @@ bool IsTip(Variant const& msg) { return MessageRecord(msg).IsTip(); }
 
 }  // namespace
 
-ChatHistoryListBaseViewModel::ChatHistoryListBaseViewModel()
-    : pending_msg_list_(Array()), show_msg_ids_(Array()) {}
+ChatHistoryListBaseViewModel::ChatHistoryListBaseViewModel() : pending_msg_list_(Array()), show_msg_ids_(Array()) {
+  OnAction(kActionSetAnchor, [this](Variant const* params) {
+    if (params && params->IsNumber()) pages_.set_anchor(params->AsUint64());
+  });
+  OnAction(kActionClickUnreadTip, [this](Variant const*) { HandleClickUnreadTip(); });
+  OnAction(kActionGetMore, [this](Variant const* params) { HandleGetMoreMsgList(params); });
+  OnAction(kActionScrollPosition, [this](Variant const* params) { HandleIsScrollBottom(params); });
+  OnAction(kActionGetMimeData, [this](Variant const* params) { HandleGetMimeData(params); });
+}
 
 ChatHistoryListBaseViewModel::~ChatHistoryListBaseViewModel() {
   if (auto extension = GetExtension()) extension->UnRegisterEventHandler("SetPaneTypeEvent");
@@ -203,28 +210,6 @@ void ChatHistoryListBaseViewModel::OnViewDetached() {
     if (auto shield = Host(kShieldModel)) shield->Invoke(kShieldMethodStop, nullptr, nullptr);
   }
   talvex::ExtensionViewModel::OnViewDetached();
-}
-
-void ChatHistoryListBaseViewModel::HandleAction(uint32_t action, Variant const* params) {
-  switch (action) {
-    case kActionSetAnchor:
-      if (params && params->IsNumber()) pages_.set_anchor(params->AsUint64());
-      return;
-    case kActionClickUnreadTip:
-      HandleClickUnreadTip();
-      return;
-    case kActionGetMore:
-      HandleGetMoreMsgList(params);
-      return;
-    case kActionScrollPosition:
-      HandleIsScrollBottom(params);
-      return;
-    case kActionGetMimeData:
-      HandleGetMimeData(params);
-      return;
-    default:
-      talvex::ExtensionViewModel::HandleAction(action, params);
-  }
 }
 
 // --- filters -------------------------------------------------------------------

@@ -57,7 +57,6 @@ class ChatHistoryListBaseViewModel : public talvex::ExtensionViewModel {
   void OnViewCreated(Variant const* params) override;
   void OnViewAttached(Variant const* params) override;
   void OnViewDetached() override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   // Client events.
   void OnSendMessageResult(Variant const* payload, bool* keep_going);

@@ -47,6 +47,12 @@ std::string TextOf(Variant const* params, char const* key, char const* def) {
   Variant const& value = params->Get(key);
   return value.IsString() ? value.AsStr() : value.ToString();
 }
+
+void ReportPictureClick(char const* event, Variant const* params) {
+  talvex_common::utils::analytics::LogEventWith2Properties(
+      event, "situation", TextOf(params, "situation", kDefaultSituation), "message_type",
+      TextOf(params, "message_type", kMessageTypeImage));
+}
 }  // namespace
 
 bool ChatImageMessageViewModel::FillInfo(Variant const& record, Variant const* params, Variant& info) {
@@ -56,27 +62,19 @@ bool ChatImageMessageViewModel::FillInfo(Variant const& record, Variant const* p
   return true;
 }
 
-void ChatImageMessageViewModel::HandleAction(uint32_t action, Variant const* params) {
-  switch (action) {
-    case kActionDownloadImage:
-      DownloadThumb(params);
-      return;
-    case kActionRefreshImage:
-      talvex_common::utils::analytics::LogEventWithProperty("meetingpage_impanel_null_message_refresh_null_click",
-                                                            "message_type", kMessageTypeImage);
-      DownloadThumb(params);
-      return;
-    case kActionPreviewClicked:
-    case kActionSaveClicked:
-      talvex_common::utils::analytics::LogEventWith2Properties(
-          action == kActionPreviewClicked ? "meetingpage_impanel_null_photomessage_preview_null_click"
-                                          : "meetingpage_impanel_null_photomessage_save_null_click",
-          "situation", TextOf(params, "situation", kDefaultSituation), "message_type",
-          TextOf(params, "message_type", kMessageTypeImage));
-      return;
-    default:
-      ChatMessageItemViewModel::HandleAction(action, params);
-  }
+ChatImageMessageViewModel::ChatImageMessageViewModel() {
+  OnAction(kActionDownloadImage, [this](Variant const* params) { DownloadThumb(params); });
+  OnAction(kActionRefreshImage, [this](Variant const* params) {
+    talvex_common::utils::analytics::LogEventWithProperty("meetingpage_impanel_null_message_refresh_null_click",
+                                                          "message_type", kMessageTypeImage);
+    DownloadThumb(params);
+  });
+  OnAction(kActionPreviewClicked, [](Variant const* params) {
+    ReportPictureClick("meetingpage_impanel_null_photomessage_preview_null_click", params);
+  });
+  OnAction(kActionSaveClicked, [](Variant const* params) {
+    ReportPictureClick("meetingpage_impanel_null_photomessage_save_null_click", params);
+  });
 }
 
 bool ChatImageMessageViewModel::DownloadThumb(Variant const* params) {

@@ -16,7 +16,7 @@ class ChatImageMessageViewModel : public ChatMessageItemViewModel {
   static constexpr uint32_t kActionPreviewClicked = 0x975b6;
   static constexpr uint32_t kActionSaveClicked = 0xcd1f5;
 
-  void HandleAction(uint32_t action, Variant const* params) override;
+  ChatImageMessageViewModel();
   // Asks the client to download one rendition; false when `url` or `uuid` is empty.
   bool HandleDownloadImageMessage(std::string const& url, std::string const& uuid, std::string const& msg_id,
                                   std::string const& download_type = "");

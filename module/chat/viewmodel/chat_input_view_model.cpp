@@ -56,6 +56,35 @@ std::shared_ptr<framework::EventHandler> Handler(Fn fn) {
 }
 }  // namespace
 
+ChatInputViewModel::ChatInputViewModel() {
+  OnAction(kActionSend, [this](Variant const* params) { HandleSend(params); });
+  OnAction(kActionMatchTextToMsgItems, [this](Variant const* params) { HandleMatchTextToMsgItems(params); });
+  OnAction(kActionSendFile, [this](Variant const* params) {
+    TXLOG_INFO << "<IM> send file in input";
+    InvokeSendModel(SendModel::kSendFileMessage, params);
+  });
+  OnAction(kActionSendImage, [this](Variant const* params) { InvokeSendModel(SendModel::kSendImageMessage, params); });
+  OnAction(kActionSaveDraft, [this](Variant const* params) {
+    InvokeChatBizModel(GetModuleRuntime4ATG(), ChatModel::kSetInputDraft, params);
+  });
+  OnAction(kActionTextChanged, [this](Variant const* params) { HandleTextChanged(params); });
+  OnAction(kActionSetShortcut, [this](Variant const* params) { SetShortcut(params); });
+  OnAction(kActionSetInputHeight, [this](Variant const* params) { HandleSetInputHeight(params); });
+  OnAction(kActionSelectReceiver,
+           [](Variant const* params) { talvex_common::utils::privatechatrecord::SerPrivateChatUserInfo(params); });
+  OnAction(kActionMoreClicked, [this](Variant const*) {
+    analytics::LogEvent("meetingpage_impanel_null_add_null_null_click");
+    is_expanded_ = true;
+  });
+  OnAction(kActionMoreClosed, [this](Variant const*) { is_expanded_ = false; });
+  OnAction(kActionMoreHidden, [this](Variant const*) { is_expanded_ = false; });
+  OnAction(kActionAuthorityClicked,
+           [](Variant const*) { analytics::LogEvent("chatting_private_chat_authority_click"); });
+  OnAction(kActionSelectUserClicked,
+           [](Variant const*) { analytics::LogEvent("chatting_private_chat_select_user_click"); });
+  OnAction(kActionShowNotice, [this](Variant const*) { ShowMeetingNotice(); });
+}
+
 void ChatInputViewModel::OnViewAttached(Variant const* params) {
   talvex::AuthorizeViewModelT<talvex::ExtensionViewModel>::OnViewAttached(params);
   if (params && params->IsMap() && params->Get("template_type").IsInteger()) {
@@ -309,73 +338,31 @@ bool ChatInputViewModel::InvokeSendModel(uint32_t method, Variant const* params)
   return send->Invoke(method, params, nullptr);
 }
 
-void ChatInputViewModel::HandleAction(uint32_t action, Variant const* params) {
-  using Base = talvex::AuthorizeViewModelT<talvex::ExtensionViewModel>;
-  switch (action) {
-    case kActionSend: {
-      auto network = framework::module::GetAppModuleModel(kHostNetworkModel);
-      Variant up(true);
-      if (network && network->Invoke(kNetworkMethodIsUp, nullptr, &up) && up.IsBool() && !up.AsBoolean()) {
-        ShowToast(0, GetLocalizedString(kTextNoNetwork), 2000, 0, "", "");
-        return;
-      }
-      HandleSendMessage(params);
-      return;
-    }
-    case kActionMatchTextToMsgItems:
-      HandleMatchTextToMsgItems(params);
-      return;
-    case kActionSendFile:
-      TXLOG_INFO << "<IM> send file in input";
-      InvokeSendModel(SendModel::kSendFileMessage, params);
-      return;
-    case kActionSendImage:
-      InvokeSendModel(SendModel::kSendImageMessage, params);
-      return;
-    case kActionSaveDraft:
-      InvokeChatBizModel(GetModuleRuntime4ATG(), ChatModel::kSetInputDraft, params);
-      return;
-    case kActionTextChanged:
-      if (!params || !params->IsBool()) {
-        TXLOG_WARN << "<IM> text changed without a bool";
-        return;
-      }
-      has_text_ = params->AsBoolean();
-      UpdateSendButton();
-      return;
-    case kActionSetShortcut:
-      SetShortcut(params);
-      return;
-    case kActionSetInputHeight:
-      if (!params || !params->IsNumber()) {
-        TXLOG_WARN << "<IM> input height is not a number";
-        return;
-      }
-      WriteLocalSetting(kInputHeightKey, Variant(params->AsDouble()));
-      return;
-    case kActionSelectReceiver:
-      talvex_common::utils::privatechatrecord::SerPrivateChatUserInfo(params);
-      return;
-    case kActionMoreClicked:
-      analytics::LogEvent("meetingpage_impanel_null_add_null_null_click");
-      is_expanded_ = true;
-      return;
-    case kActionMoreClosed:
-    case kActionMoreHidden:
-      is_expanded_ = false;
-      return;
-    case kActionAuthorityClicked:
-      analytics::LogEvent("chatting_private_chat_authority_click");
-      return;
-    case kActionSelectUserClicked:
-      analytics::LogEvent("chatting_private_chat_select_user_click");
-      return;
-    case kActionShowNotice:
-      ShowMeetingNotice();
-      return;
-    default:
-      Base::HandleAction(action, params);
+void ChatInputViewModel::HandleSend(Variant const* params) {
+  auto network = framework::module::GetAppModuleModel(kHostNetworkModel);
+  Variant up(true);
+  if (network && network->Invoke(kNetworkMethodIsUp, nullptr, &up) && up.IsBool() && !up.AsBoolean()) {
+    ShowToast(0, GetLocalizedString(kTextNoNetwork), 2000, 0, "", "");
+    return;
   }
+  HandleSendMessage(params);
+}
+
+void ChatInputViewModel::HandleTextChanged(Variant const* params) {
+  if (!params || !params->IsBool()) {
+    TXLOG_WARN << "<IM> text changed without a bool";
+    return;
+  }
+  has_text_ = params->AsBoolean();
+  UpdateSendButton();
+}
+
+void ChatInputViewModel::HandleSetInputHeight(Variant const* params) {
+  if (!params || !params->IsNumber()) {
+    TXLOG_WARN << "<IM> input height is not a number";
+    return;
+  }
+  WriteLocalSetting(kInputHeightKey, Variant(params->AsDouble()));
 }
 
 void ChatInputViewModel::SetShortcut(Variant const* params) {
@@ -413,6 +400,12 @@ void ChatInputViewModel::DoSendMessage(Variant const* params) {
 void ChatInputViewModel::HandleMatchTextToMsgItems(Variant const* params) {
   if (!params || !params->IsMap()) {
     TXLOG_ERROR << "params nullptr";
+    return;
+  }
+  // The view takes the answer to its last request by this id; an answer
+  // without one would be pasted by a view that never asked.
+  if (!params->Get(kMatchId).IsString() || params->GetString(kMatchId).empty()) {
+    TXLOG_ERROR << "match request without a match id";
     return;
   }
   const std::string text = params->GetString(kMatchText);

@@ -13,10 +13,10 @@ namespace chat {
 // send requests of the view, which go to the send pipeline.
 class ChatInputViewModel : public talvex::AuthorizeViewModelT<talvex::ExtensionViewModel>, public ChatInputIds {
  public:
+  ChatInputViewModel();
   void OnViewAttached(Variant const* params) override;
   void OnViewDetached() override;
   void OnNewParams(Variant const* old_params, Variant const* new_params, bool flag) override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   // Publishes a bool prop only when it differs from the one published.
   void SetBoolPropIfChanged(uint32_t prop, bool value);
@@ -43,7 +43,10 @@ class ChatInputViewModel : public talvex::AuthorizeViewModelT<talvex::ExtensionV
   void ShowPrivateChatTip();
   void RestoreDraft();
   void Subscribe();
+  void HandleSend(Variant const* params);
   void HandleSendMessage(Variant const* params);
+  void HandleTextChanged(Variant const* params);
+  void HandleSetInputHeight(Variant const* params);
   void DoSendMessage(Variant const* params);
   void HandleMatchTextToMsgItems(Variant const* params);
   void DoMatchTextComplete(Variant const& items, std::string const& match_id);

@@ -6,10 +6,9 @@
 
 namespace chat {
 
-ChatMessageContainerViewModel::ChatMessageContainerViewModel() { SetContributesId(kContributesId); }
-
-void ChatMessageContainerViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionSetMsgId) {
+ChatMessageContainerViewModel::ChatMessageContainerViewModel() {
+  SetContributesId(kContributesId);
+  OnAction(kActionSetMsgId, [this](Variant const* params) {
     if (params && params->IsString()) {
       DoSetMsgId(params->AsStr());
     } else if (params && params->IsMap()) {
@@ -17,9 +16,7 @@ void ChatMessageContainerViewModel::HandleAction(uint32_t action, Variant const*
     } else {
       TXLOG_ERROR << "<IM> set msg id: no id";
     }
-    return;
-  }
-  framework::StatefulViewModel::HandleAction(action, params);
+  });
 }
 
 void ChatMessageContainerViewModel::DoSetMsgId(std::string const& msg_id) {

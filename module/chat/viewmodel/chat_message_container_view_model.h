@@ -18,7 +18,6 @@ class ChatMessageContainerViewModel : public framework::StatefulViewModel,
   static constexpr char kContributesId[] = "contributes:app.chat_message";
 
   ChatMessageContainerViewModel();
-  void HandleAction(uint32_t action, Variant const* params) override;
   void DoSetMsgId(std::string const& msg_id);
 };
 

@@ -28,12 +28,8 @@ bool ChatNoticeMessageViewModel::FillInfo(Variant const& record, Variant const* 
   return true;
 }
 
-void ChatNoticeMessageViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionShowMeetingNotice) {
-    HandleShowMeetingNotice();
-    return;
-  }
-  ChatMessageItemViewModel::HandleAction(action, params);
+ChatNoticeMessageViewModel::ChatNoticeMessageViewModel() {
+  OnAction(kActionShowMeetingNotice, [this](Variant const*) { HandleShowMeetingNotice(); });
 }
 
 void ChatNoticeMessageViewModel::HandleShowMeetingNotice() {

@@ -10,7 +10,7 @@ class ChatNoticeMessageViewModel : public ChatMessageItemViewModel {
   static constexpr uint32_t kPropInfo = 0x2f45b;
   static constexpr uint32_t kActionShowMeetingNotice = 0x8316d;
 
-  void HandleAction(uint32_t action, Variant const* params) override;
+  ChatNoticeMessageViewModel();
   void HandleShowMeetingNotice();
 
  protected:

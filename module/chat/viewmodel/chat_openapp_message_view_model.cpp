@@ -79,12 +79,8 @@ bool ChatOpenappMessageViewModel::FillInfo(Variant const& record, Variant const*
   return true;
 }
 
-void ChatOpenappMessageViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionClickOpenApp) {
-    HandleClickOpenAppMsg(params);
-    return;
-  }
-  ChatMessageItemViewModel::HandleAction(action, params);
+ChatOpenappMessageViewModel::ChatOpenappMessageViewModel() {
+  OnAction(kActionClickOpenApp, [this](Variant const* params) { HandleClickOpenAppMsg(params); });
 }
 
 bool ChatOpenappMessageViewModel::HandleClickOpenAppMsg(Variant const* params) {

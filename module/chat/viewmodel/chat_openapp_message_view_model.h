@@ -16,7 +16,7 @@ class ChatOpenappMessageViewModel : public ChatMessageItemViewModel {
   static constexpr char kGoodsCardLayout[] = "im_goods_card_layout";
   static constexpr char kGoodsCardLayoutQt[] = "im_goods_card_layout_qt";
 
-  void HandleAction(uint32_t action, Variant const* params) override;
+  ChatOpenappMessageViewModel();
   bool HandleClickOpenAppMsg(Variant const* params);
 
  protected:

@@ -12,7 +12,10 @@
 
 namespace chat {
 
-ChatSendButtonContainerViewModel::ChatSendButtonContainerViewModel() : talvex::ContributesViewModel(kContributesId) {}
+ChatSendButtonContainerViewModel::ChatSendButtonContainerViewModel() : talvex::ContributesViewModel(kContributesId) {
+  OnAction(kActionAuthorityClicked,
+           [](Variant const*) { talvex_common::utils::analytics::LogEvent("chatting_private_chat_authority_click"); });
+}
 
 void ChatSendButtonContainerViewModel::OnViewAttached(Variant const* params) {
   talvex::ContributesViewModel::OnViewAttached(params);
@@ -58,14 +61,6 @@ void ChatSendButtonContainerViewModel::PublishAuthority() {
   Variant info = talvex::ChatUtils::GetIMAuthorityInfo();
   info.Set("tips", GetLocalizedString(kTextAuthorityTips));
   SetPropValue(kPropAuthorityInfo, std::move(info));
-}
-
-void ChatSendButtonContainerViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionAuthorityClicked) {
-    talvex_common::utils::analytics::LogEvent("chatting_private_chat_authority_click");
-    return;
-  }
-  talvex::ContributesViewModel::HandleAction(action, params);
 }
 
 }  // namespace chat

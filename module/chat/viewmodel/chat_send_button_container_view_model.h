@@ -19,7 +19,6 @@ class ChatSendButtonContainerViewModel : public talvex::ContributesViewModel {
 
   ChatSendButtonContainerViewModel();
   void OnViewAttached(Variant const* params) override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   void OnEventButtonConfigChanged(Variant const* config);
   int template_type() const { return template_type_; }

@@ -25,19 +25,12 @@ class ChattingMenuViewModel::Delegate : public IChattingMenuManagerDelegate {
   ChattingMenuViewModel* owner_;
 };
 
-ChattingMenuViewModel::ChattingMenuViewModel() : delegate_(std::make_shared<Delegate>(this)) {}
+ChattingMenuViewModel::ChattingMenuViewModel() : delegate_(std::make_shared<Delegate>(this)) {
+  OnAction(kActionShowChatMenu, [this](Variant const* params) { HandleShowChatMenu(params); });
+  OnAction(kActionChatMenuItemClick, [this](Variant const* params) { HandleMenuItemClick(params); });
+}
 
 ChattingMenuViewModel::~ChattingMenuViewModel() = default;
-
-void ChattingMenuViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionShowChatMenu) {
-    HandleShowChatMenu(params);
-  } else if (action == kActionChatMenuItemClick) {
-    HandleMenuItemClick(params);
-  } else {
-    framework::StatefulViewModel::HandleAction(action, params);
-  }
-}
 
 void ChattingMenuViewModel::HandleShowChatMenu(Variant const* params) {
   if (!params || !params->IsMap() || !params->Get("msg_id").IsString()) {

@@ -22,7 +22,6 @@ class ChattingMenuViewModel : public framework::StatefulViewModel {
   ChattingMenuViewModel();
   ~ChattingMenuViewModel() override;
 
-  void HandleAction(uint32_t action, Variant const* params) override;
   ChattingMenuBaseManager* current_manager() const { return manager_.get(); }
 
  private:

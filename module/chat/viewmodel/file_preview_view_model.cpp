@@ -35,6 +35,12 @@ std::string Text(char const* name) { return talvex_common::utils::GetLocalizedSt
 
 }  // namespace
 
+FilePreviewViewModel::FilePreviewViewModel() {
+  OnAction(kActionMainButton, [this](Variant const*) { HandleMainButton(); });
+  OnAction(kActionCancel, [this](Variant const*) { HandleStopDownload(); });
+  OnAction(kActionOpenFailed, [this](Variant const*) { HandleOpenFileFailed(); });
+}
+
 Variant FilePreviewViewModel::ParamsOfMessage(std::string const& msg_id, int template_type) {
   auto record = talvex::ChatUtils::GetMsgInfoPtrById(msg_id);
   if (!record || !record->IsMap()) return Variant();
@@ -63,27 +69,19 @@ void FilePreviewViewModel::OnViewAttached(Variant const* params) {
   UpdateUI();
 }
 
-void FilePreviewViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionMainButton) {
-    if (file_state_ == kFileNotDownloaded || file_state_ == kFileDownloadWaiting ||
-        file_state_ == kFileDownloadFailed || file_state_ == kFileDownloadCanceled) {
-      HandleDownloadFile();
-      return;
-    }
-    // Anything else is a file to open.
-    if (path_.empty() || !util::file::IsFileExist(path_)) {
-      HandleOpenFileFailed();
-    } else if (IsSupportToOpen()) {
-      NavigateToOpenFile(path_);
-    } else {
-      ShowToast(0, Text("chat.file_preview.not_supported"), kToastMs, 0, "", "");
-    }
-  } else if (action == kActionCancel) {
-    HandleStopDownload();
-  } else if (action == kActionOpenFailed) {
+void FilePreviewViewModel::HandleMainButton() {
+  if (file_state_ == kFileNotDownloaded || file_state_ == kFileDownloadWaiting || file_state_ == kFileDownloadFailed ||
+      file_state_ == kFileDownloadCanceled) {
+    HandleDownloadFile();
+    return;
+  }
+  // Anything else is a file to open.
+  if (path_.empty() || !util::file::IsFileExist(path_)) {
     HandleOpenFileFailed();
+  } else if (IsSupportToOpen()) {
+    NavigateToOpenFile(path_);
   } else {
-    framework::StatefulViewModel::HandleAction(action, params);
+    ShowToast(0, Text("chat.file_preview.not_supported"), kToastMs, 0, "", "");
   }
 }
 

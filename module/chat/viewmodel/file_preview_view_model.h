@@ -23,17 +23,19 @@ class FilePreviewViewModel : public framework::StatefulViewModel {
   // The message (with its `file_info` in UI form, and `ext_content` for the
   // client's form) comes as the view's params; `template_type` 3 marks a
   // chat record's file.
+  FilePreviewViewModel();
   void OnViewAttached(Variant const* params) override;
   // The page's params for a file message of the chat: the record with its
   // file in UI form as `file_info`; null for no such file message.
   static Variant ParamsOfMessage(std::string const& msg_id, int template_type);
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   void InitFileParam(Variant const* params);
   void UpdateUI();
   void OnEventFileMsgUIDataChanged(Variant const* payload);
   void OnEventChattingRecordMsgUIDataChanged(Variant const* payload);
   void OnEventChattingFileRevoked(Variant const* payload);
+  // Download, retry or open, by the file's state.
+  void HandleMainButton();
   void HandleDownloadFile();
   void HandleStopDownload();
   void HandleOpenFileFailed();

@@ -62,7 +62,51 @@ std::shared_ptr<framework::EventHandler> Handler(std::function<void(Variant cons
 }
 }  // namespace
 
-InMeetingBulletViewModel::InMeetingBulletViewModel() = default;
+InMeetingBulletViewModel::InMeetingBulletViewModel() {
+  OnAction(kActionSendMsg, [this](Variant const* params) { HandleSendMsg(params); });
+  OnAction(kActionSetViewVisible, [this](Variant const* params) {
+    if (params && params->IsBool())
+      is_view_visible_ = params->AsBoolean();
+    else
+      TXLOG_ERROR << "SetViewVisible: param is not a bool";
+  });
+  OnAction(kActionRedPacketClick, [this](Variant const* params) {
+    HandleRedPacketClick(kActionRedPacketClick, params, "red_packet_click_in_meeting_bullet");
+  });
+  OnAction(kActionRedPacketReceiptClick, [this](Variant const* params) {
+    HandleRedPacketClick(kActionRedPacketReceiptClick, params, "red_packet_click_in_meeting_recipient_bullet");
+  });
+  OnAction(kActionBulletClick, [this](Variant const*) { HandleBulletClick(); });
+  OnAction(kActionNoticeBulletClick, [this](Variant const*) { HandleNoticeBulletClick(); });
+  OnAction(kActionCheckMsgShield, [this](Variant const* params) { HandleIsMsgShield(params); });
+  OnAction(kActionScrollBottom, [this](Variant const* params) { HandleScrollBottom(params); });
+  OnAction(kActionOpenChatPage, [this](Variant const* params) { HandleOpenChatPage(params); });
+  OnAction(kActionCacheUnsendMessage, [this](Variant const* params) { HandleCacheBulletUnsendMessage(params); });
+  OnAction(kActionNewMsgTipClick, [this](Variant const*) {
+    analytics::LogEvent("im_null_null_barrage_new_null_click");
+    SetPropValue(kPropUnreadMsgShow, nullptr);
+  });
+  OnAction(kActionBulletSlide, [](Variant const*) { analytics::LogEvent("im_null_null_barrage_null_null_slide"); });
+  OnAction(kActionToggleBullet, [this](Variant const* params) { HandleToggleBullet(params); });
+  OnAction(kActionHoverHotZone, [](Variant const*) { analytics::LogEvent("bullet_vm_pc_hover_barrage_hot_zone"); });
+  OnAction(kActionQuickReplyTextClick, [this](Variant const*) { HandleQuickReplyTextClick(); });
+  OnAction(kActionCloseQuickReplyText, [](Variant const*) { analytics::LogEvent("bullet_vm_close_quick_reply_text"); });
+  OnAction(kActionQuickReplyEmojiClick, [this](Variant const*) { HandleQuickReplyEmojiClick(); });
+  OnAction(kActionCloseQuickReplyEmoji, [this](Variant const*) {
+    is_emoji_panel_open_ = false;
+    analytics::LogEvent("bullet_vm_close_quick_reply_emoji");
+  });
+  OnAction(kActionEnablePicInPic, [this](Variant const* params) { HandleEnablePicInPic(params); });
+  OnAction(kActionGetPicInPicTips, [this](Variant const* params) { HandleGetPicInPicTips(params); });
+  OnAction(kActionSetChatPanelState, [this](Variant const* params) { HandleSetChatPanelState(params); });
+  OnAction(kActionSetChatViewOpened, [this](Variant const* params) {
+    if (params && params->IsBool())
+      is_chat_view_opened_ = params->AsBoolean();
+    else
+      TXLOG_ERROR << "SetChatViewOpened: param is not a bool";
+  });
+}
+
 InMeetingBulletViewModel::~InMeetingBulletViewModel() = default;
 
 void InMeetingBulletViewModel::Subscribe() {
@@ -109,100 +153,40 @@ void InMeetingBulletViewModel::OnViewDetached() {
   Base::OnViewDetached();
 }
 
-void InMeetingBulletViewModel::HandleAction(uint32_t action, Variant const* params) {
-  switch (action) {
-    case kActionSendMsg:
-      HandleSendMsg(params);
-      return;
-    case kActionSetViewVisible:
-      if (params && params->IsBool()) is_view_visible_ = params->AsBoolean();
-      else TXLOG_ERROR << "SetViewVisible: param is not a bool";
-      return;
-    case kActionRedPacketClick:
-    case kActionRedPacketReceiptClick:
-      if (IsHitActionThreshold(action, params)) return;
-      RecordLastAction4Threshold(action);
-      analytics::LogEvent(action == kActionRedPacketClick ? "red_packet_click_in_meeting_bullet"
-                                                          : "red_packet_click_in_meeting_recipient_bullet");
-      return;
-    case kActionBulletClick:
-      HandleBulletClick();
-      return;
-    case kActionNoticeBulletClick:
-      HandleNoticeBulletClick();
-      return;
-    case kActionCheckMsgShield:
-      HandleIsMsgShield(params);
-      return;
-    case kActionScrollBottom:
-      if (!params || !params->IsBool()) {
-        TXLOG_ERROR << "ScrollBottom: param is not a bool";
-        return;
-      }
-      is_scroll_bottom_ = params->AsBoolean();
-      if (is_scroll_bottom_) {
-        unread_msg_count_ = 0;
-        handleUnreadMsg();
-      }
-      return;
-    case kActionOpenChatPage:
-      HandleOpenChatPage(params);
-      return;
-    case kActionCacheUnsendMessage:
-      HandleCacheBulletUnsendMessage(params);
-      return;
-    case kActionNewMsgTipClick:
-      analytics::LogEvent("im_null_null_barrage_new_null_click");
-      SetPropValue(kPropUnreadMsgShow, nullptr);
-      return;
-    case kActionBulletSlide:
-      analytics::LogEvent("im_null_null_barrage_null_null_slide");
-      return;
-    case kActionToggleBullet:
-      HandleToggleBullet(params);
-      return;
-    case kActionHoverHotZone:
-      analytics::LogEvent("bullet_vm_pc_hover_barrage_hot_zone");
-      return;
-    case kActionQuickReplyTextClick:
-      HandleQuickReplyTextClick();
-      return;
-    case kActionCloseQuickReplyText:
-      analytics::LogEvent("bullet_vm_close_quick_reply_text");
-      return;
-    case kActionQuickReplyEmojiClick:
-      HandleQuickReplyEmojiClick();
-      return;
-    case kActionCloseQuickReplyEmoji:
-      is_emoji_panel_open_ = false;
-      analytics::LogEvent("bullet_vm_close_quick_reply_emoji");
-      return;
-    case kActionEnablePicInPic:
-      HandleEnablePicInPic(params);
-      return;
-    case kActionGetPicInPicTips:
-      if (!params || !params->IsMap()) {
-        TXLOG_ERROR << "GetPicInPicTips: no map to answer in";
-        return;
-      }
-      // The view hands over a map of its own for the answer.
-      InvokeHostModel(kPipModel, kPipMethodTips, nullptr, const_cast<Variant*>(params));
-      return;
-    case kActionSetChatPanelState:
-      if (!params || !params->IsInteger()) {
-        TXLOG_ERROR << "SetChatPanelState: param is not a number";
-        return;
-      }
-      chat_panel_state_ = params->AsUint32();
-      if (chat_panel_state_ == 1) RestoreUnsendMessage();
-      return;
-    case kActionSetChatViewOpened:
-      if (params && params->IsBool()) is_chat_view_opened_ = params->AsBoolean();
-      else TXLOG_ERROR << "SetChatViewOpened: param is not a bool";
-      return;
-    default:
-      Base::HandleAction(action, params);
+void InMeetingBulletViewModel::HandleRedPacketClick(uint32_t action, Variant const* params, char const* event) {
+  if (IsHitActionThreshold(action, params)) return;
+  RecordLastAction4Threshold(action);
+  analytics::LogEvent(event);
+}
+
+void InMeetingBulletViewModel::HandleScrollBottom(Variant const* params) {
+  if (!params || !params->IsBool()) {
+    TXLOG_ERROR << "ScrollBottom: param is not a bool";
+    return;
   }
+  is_scroll_bottom_ = params->AsBoolean();
+  if (is_scroll_bottom_) {
+    unread_msg_count_ = 0;
+    handleUnreadMsg();
+  }
+}
+
+void InMeetingBulletViewModel::HandleGetPicInPicTips(Variant const* params) {
+  if (!params || !params->IsMap()) {
+    TXLOG_ERROR << "GetPicInPicTips: no map to answer in";
+    return;
+  }
+  // The view hands over a map of its own for the answer.
+  InvokeHostModel(kPipModel, kPipMethodTips, nullptr, const_cast<Variant*>(params));
+}
+
+void InMeetingBulletViewModel::HandleSetChatPanelState(Variant const* params) {
+  if (!params || !params->IsInteger()) {
+    TXLOG_ERROR << "SetChatPanelState: param is not a number";
+    return;
+  }
+  chat_panel_state_ = params->AsUint32();
+  if (chat_panel_state_ == 1) RestoreUnsendMessage();
 }
 
 // --- arriving messages --------------------------------------------------------

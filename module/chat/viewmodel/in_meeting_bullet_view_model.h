@@ -112,7 +112,6 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
 
   void OnViewAttached(Variant const* params) override;
   void OnViewDetached() override;
-  void HandleAction(uint32_t action, Variant const* params) override;
   void LifecycleStateChanged(int old_state, int new_state) override;
 
   // --- the message flow ---
@@ -134,6 +133,10 @@ class InMeetingBulletViewModel : public talvex::AuthorizeViewModelT<talvex::Exte
   void HandleNoticeBulletClick();
   void HandleOpenChatPage(Variant const* params);
   void HandleCacheBulletUnsendMessage(Variant const* params);
+  void HandleRedPacketClick(uint32_t action, Variant const* params, char const* event);
+  void HandleScrollBottom(Variant const* params);
+  void HandleGetPicInPicTips(Variant const* params);
+  void HandleSetChatPanelState(Variant const* params);
   void RestoreUnsendMessage();
   std::string ConvertSendErrorMessage(int code, std::string const& prefix, uint32_t format_id) const;
 

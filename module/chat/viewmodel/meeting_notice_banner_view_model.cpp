@@ -23,6 +23,11 @@ std::shared_ptr<framework::EventHandler> Handler(std::function<void(Variant cons
 }
 }  // namespace
 
+MeetingNoticeBannerViewModel::MeetingNoticeBannerViewModel() {
+  OnAction(kActionOpen, [this](Variant const*) { Open(); });
+  OnAction(kActionDismiss, [this](Variant const*) { Dismiss(); });
+}
+
 void MeetingNoticeBannerViewModel::OnViewAttached(Variant const* params) {
   framework::StatefulViewModel::OnViewAttached(params);
   const uint64_t self = framework::SubscriberId(this);
@@ -41,16 +46,6 @@ void MeetingNoticeBannerViewModel::OnViewAttached(Variant const* params) {
     meeting->Subscribe(kMeetingEventLeft, self, Handler([this](Variant const*) { Refresh(Variant()); }));
   }
   RefreshFromModel();
-}
-
-void MeetingNoticeBannerViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionOpen) {
-    Open();
-  } else if (action == kActionDismiss) {
-    Dismiss();
-  } else {
-    framework::StatefulViewModel::HandleAction(action, params);
-  }
 }
 
 void MeetingNoticeBannerViewModel::RefreshFromModel() {

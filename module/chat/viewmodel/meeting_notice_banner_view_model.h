@@ -16,8 +16,8 @@ class MeetingNoticeBannerViewModel : public framework::StatefulViewModel {
   static constexpr uint32_t kActionOpen = framework::NameId("MeetingNoticeBannerOpen");
   static constexpr uint32_t kActionDismiss = framework::NameId("MeetingNoticeBannerDismiss");
 
+  MeetingNoticeBannerViewModel();
   void OnViewAttached(Variant const* params) override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   // The banner for a notice record (method 490622772 of the notice model).
   void Refresh(Variant const& record);

@@ -42,7 +42,12 @@ Variant SchemaItems(Variant const& items, char const* type_key, char const* cont
 }
 }  // namespace
 
-MeetingNoticeViewModel::MeetingNoticeViewModel() = default;
+MeetingNoticeViewModel::MeetingNoticeViewModel() {
+  OnAction(kActionStartEdit, [this](Variant const*) { HandleStartEdit(); });
+  OnAction(kActionCancelEdit, [this](Variant const* params) { HandleCancelEdit(params); });
+  OnAction(kActionSend, [this](Variant const* params) { HandleSend(params); });
+  OnAction(kActionShowWebView, [this](Variant const* params) { HandleShowWebView(params); });
+}
 MeetingNoticeViewModel::~MeetingNoticeViewModel() = default;
 
 Variant MeetingNoticeViewModel::CallBiz(uint32_t method, Variant const* params) {
@@ -82,20 +87,6 @@ void MeetingNoticeViewModel::OnViewAttached(Variant const* params) {
 void MeetingNoticeViewModel::OnViewDetached() {
   if (close_timer_) close_timer_->Stop();
   framework::StatefulViewModel::OnViewDetached();
-}
-
-void MeetingNoticeViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionStartEdit) {
-    HandleStartEdit();
-  } else if (action == kActionCancelEdit) {
-    HandleCancelEdit(params);
-  } else if (action == kActionSend) {
-    HandleSend(params);
-  } else if (action == kActionShowWebView) {
-    HandleShowWebView(params);
-  } else {
-    framework::StatefulViewModel::HandleAction(action, params);
-  }
 }
 
 void MeetingNoticeViewModel::OnEventNoticeInfo(Variant const* info) {

@@ -29,7 +29,6 @@ class MeetingNoticeViewModel : public framework::StatefulViewModel {
 
   void OnViewAttached(Variant const* params) override;
   void OnViewDetached() override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   void HandleStartEdit();
   void HandleCancelEdit(Variant const* text);

@@ -51,6 +51,13 @@ uint32_t PrivateChatAuthorityViewModel::GetWordingStrIDByPolicy(int id) {
   return it->second;
 }
 
+PrivateChatAuthorityViewModel::PrivateChatAuthorityViewModel() {
+  OnAction(kActionSelectAllowChat, [this](Variant const* params) { HandleSelectAllowChat(params); });
+  OnAction(kActionCancelSelect, [](Variant const*) { analytics::LogEvent("private_chat_authority_select_cancel"); });
+  OnAction(kActionExploreMenu,
+           [](Variant const*) { analytics::LogEvent("meetingpage_im_null_chatsetting_null_null_explore"); });
+}
+
 void PrivateChatAuthorityViewModel::OnViewAttached(Variant const* params) {
   framework::StatefulViewModel::OnViewAttached(params);
   auto handler = std::make_shared<framework::EventHandler>([this](Variant const* p) { OnEventRebuild(p); });
@@ -133,18 +140,6 @@ void PrivateChatAuthorityViewModel::ShowFirstTip() {
   if (ReadLocalSetting(kFirstTipKey, Variant(false)).AsBoolean()) return;
   SetPropValue(kPropFirstTip, GetLocalizedString(kTextAuthorityFirstTip));
   WriteLocalSetting(kFirstTipKey, Variant(true));
-}
-
-void PrivateChatAuthorityViewModel::HandleAction(uint32_t action, Variant const* params) {
-  if (action == kActionSelectAllowChat) {
-    HandleSelectAllowChat(params);
-  } else if (action == kActionCancelSelect) {
-    analytics::LogEvent("private_chat_authority_select_cancel");
-  } else if (action == kActionExploreMenu) {
-    analytics::LogEvent("meetingpage_im_null_chatsetting_null_null_explore");
-  } else {
-    framework::StatefulViewModel::HandleAction(action, params);
-  }
 }
 
 void PrivateChatAuthorityViewModel::ReportScope(int id) {

@@ -25,8 +25,8 @@ class PrivateChatAuthorityViewModel : public framework::StatefulViewModel {
   // Menu-only ids beside the policies 0 to 10.
   enum MenuId : int { kMenuWaitingRoom = 11, kMenuSensitiveWords = 12, kMenuManualCheck = 13 };
 
+  PrivateChatAuthorityViewModel();
   void OnViewAttached(Variant const* params) override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   void OnEventRebuild(Variant const* params);
   void HandleSelectAllowChat(Variant const* params);

@@ -81,7 +81,21 @@ struct PrivateChatMembersViewModel::Built {
   std::vector<Entry> entries;
 };
 
-PrivateChatMembersViewModel::PrivateChatMembersViewModel() = default;
+PrivateChatMembersViewModel::PrivateChatMembersViewModel() {
+  OnAction(kActionSelectMember, [this](Variant const* params) { HandleActionSelectMember(params, false); });
+  OnAction(kActionSelectMemberInBullet, [this](Variant const* params) { HandleActionSelectMember(params, true); });
+  OnAction(kActionClose, [this](Variant const*) {
+    analytics::LogEvent(source_ == kSourceBullet ? "private_chat_members_close_in_bullet"
+                                                 : "private_chat_members_close");
+  });
+  OnAction(kActionSearchTextChanged, [this](Variant const* params) { HandleActionSearchTextChanged(params); });
+  OnAction(kActionSearchFocus, [this](Variant const*) { HandleActionSearchFocus(); });
+  OnAction(kActionSearchCancel, [this](Variant const*) { HandleActionSearchCancel(); });
+  OnAction(kActionExpandCollapse, [this](Variant const* params) { HandleActionChangeExpandCollapseStatus(params); });
+  OnAction(kActionShow, [this](Variant const*) { HandleActionShow(); });
+  OnAction(kActionOrientation, [this](Variant const* params) { HandleActionOrientationChanged(params); });
+  OnAction(kActionClearScrollToTop, [this](Variant const*) { scroll_to_top_ = false; });
+}
 
 PrivateChatMembersViewModel::~PrivateChatMembersViewModel() {
   if (search_timer_) search_timer_->Stop();
@@ -150,59 +164,31 @@ void PrivateChatMembersViewModel::AskProvider() {
 
 // --- actions -----------------------------------------------------------------------
 
-void PrivateChatMembersViewModel::HandleAction(uint32_t action, Variant const* params) {
-  const bool from_bullet = source_ == kSourceBullet;
-  switch (action) {
-    case kActionSelectMember:
-      HandleActionSelectMember(params, false);
-      break;
-    case kActionSelectMemberInBullet:
-      HandleActionSelectMember(params, true);
-      break;
-    case kActionClose:
-      analytics::LogEvent(from_bullet ? "private_chat_members_close_in_bullet" : "private_chat_members_close");
-      break;
-    case kActionSearchTextChanged:
-      HandleActionSearchTextChanged(params);
-      break;
-    case kActionSearchFocus:
-      analytics::LogEvent("private_chat_members_search_focus");
-      if (webinar::IsMeetingWebinar()) {
-        analytics::LogEventWith2Properties("meetingpage_im_null_search_null_null_explore", "ope_pos",
-                                           from_bullet ? "2" : "1", "webinar_role", WebinarRole());
-      }
-      break;
-    case kActionSearchCancel: {
-      analytics::LogEvent("private_chat_members_search_cancel");
-      // Leaving the search is at once: there is nothing to wait for.
-      if (search_timer_) search_timer_->Stop();
-      const bool was_searching = is_searching_ || !search_text_.empty();
-      search_text_.clear();
-      is_searching_ = false;
-      if (was_searching) {
-        scroll_to_top_ = true;
-        AskProvider();
-      }
-      break;
-    }
-    case kActionExpandCollapse:
-      HandleActionChangeExpandCollapseStatus(params);
-      break;
-    case kActionShow:
-      if (webinar::IsMeetingWebinar()) {
-        analytics::LogEventWith2Properties("meetingpage_im_null_sendto_null_null_explore", "ope_pos",
-                                           from_bullet ? "2" : "1", "webinar_role", WebinarRole());
-      }
-      break;
-    case kActionOrientation:
-      HandleActionOrientationChanged(params);
-      break;
-    case kActionClearScrollToTop:
-      scroll_to_top_ = false;
-      break;
-    default:
-      framework::StatefulViewModel::HandleAction(action, params);
-      break;
+void PrivateChatMembersViewModel::HandleActionSearchFocus() {
+  analytics::LogEvent("private_chat_members_search_focus");
+  if (webinar::IsMeetingWebinar()) {
+    analytics::LogEventWith2Properties("meetingpage_im_null_search_null_null_explore", "ope_pos",
+                                       source_ == kSourceBullet ? "2" : "1", "webinar_role", WebinarRole());
+  }
+}
+
+void PrivateChatMembersViewModel::HandleActionSearchCancel() {
+  analytics::LogEvent("private_chat_members_search_cancel");
+  // Leaving the search is at once: there is nothing to wait for.
+  if (search_timer_) search_timer_->Stop();
+  const bool was_searching = is_searching_ || !search_text_.empty();
+  search_text_.clear();
+  is_searching_ = false;
+  if (was_searching) {
+    scroll_to_top_ = true;
+    AskProvider();
+  }
+}
+
+void PrivateChatMembersViewModel::HandleActionShow() {
+  if (webinar::IsMeetingWebinar()) {
+    analytics::LogEventWith2Properties("meetingpage_im_null_sendto_null_null_explore", "ope_pos",
+                                       source_ == kSourceBullet ? "2" : "1", "webinar_role", WebinarRole());
   }
 }
 

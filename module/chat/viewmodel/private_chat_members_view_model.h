@@ -62,7 +62,6 @@ class PrivateChatMembersViewModel : public framework::StatefulViewModel {
 
   void OnViewAttached(Variant const* params) override;
   void OnViewDetached() override;
-  void HandleAction(uint32_t action, Variant const* params) override;
 
   void OnEventSections(Variant const* sections);
   void OnEventRefresh(Variant const* params);
@@ -73,6 +72,9 @@ class PrivateChatMembersViewModel : public framework::StatefulViewModel {
   void HandleActionSearchTextChanged(Variant const* params);
   void HandleActionChangeExpandCollapseStatus(Variant const* params);
   void HandleActionOrientationChanged(Variant const* params);
+  void HandleActionSearchFocus();
+  void HandleActionSearchCancel();
+  void HandleActionShow();
 
   int64_t activate_id() const { return activate_id_; }
   bool is_searching() const { return is_searching_; }
