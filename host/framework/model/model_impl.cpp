@@ -34,26 +34,13 @@ void ModelImpl::UnsubscribePriority(uint32_t event_id, uint64_t subscriber) {
 void ModelImpl::UnsubscribePriority(uint64_t subscriber) { hub_.UnsubscribeAllPriority(subscriber); }
 
 bool ModelImpl::Invoke(uint32_t method, Variant const* params, Variant* result) {
-  auto it = method_handlers_.find(method);
-  if (it == method_handlers_.end()) return false;
-  std::shared_ptr<MethodHandler const> handler = it->second;
-  return (*handler)(params, result);
+  auto handler = methods_.Find(method);
+  return handler && (*handler)(params, result);
 }
 
-void ModelImpl::OnMethod(uint32_t method, MethodHandler handler) {
-  if (!handler) {
-    method_handlers_.erase(method);
-    return;
-  }
-  method_handlers_[method] = std::make_shared<MethodHandler const>(std::move(handler));
-}
+void ModelImpl::OnMethod(uint32_t method, MethodHandler handler) { methods_.Set(method, std::move(handler)); }
 
-std::vector<uint32_t> ModelImpl::Methods() const {
-  std::vector<uint32_t> methods;
-  methods.reserve(method_handlers_.size());
-  for (auto const& [id, handler] : method_handlers_) methods.push_back(id);
-  return methods;
-}
+std::vector<uint32_t> ModelImpl::Methods() const { return methods_.Ids(); }
 
 bool ModelImpl::P2PCall(uint32_t method, uint64_t, Variant const* params, Variant* result) {
   return Invoke(method, params, result);

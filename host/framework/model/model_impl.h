@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "framework/model/event_hub.h"
+#include "framework/model/handler_table.h"
 #include "framework/model/model.h"
 
 namespace framework {
@@ -55,7 +56,7 @@ class ModelImpl : public PriorityModel {
  protected:
   // `result` may be null: a caller that wants no answer. True when the
   // method was carried out.
-  using MethodHandler = std::function<bool(Variant const* params, Variant* result)>;
+  using MethodHandler = HandlerTable<bool(Variant const* params, Variant* result)>::Handler;
   // Makes `handler` the answer to `method`; a later registration replaces
   // an earlier one (a subclass taking over a method of its base).
   void OnMethod(uint32_t method, MethodHandler handler);
@@ -64,7 +65,7 @@ class ModelImpl : public PriorityModel {
  private:
   int type_;
   EventHub hub_;
-  std::map<uint32_t, std::shared_ptr<MethodHandler const>> method_handlers_;
+  HandlerTable<bool(Variant const* params, Variant* result)> methods_;
 };
 
 // Base of a module's services: the same call and event surface as a model.

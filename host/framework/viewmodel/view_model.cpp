@@ -103,29 +103,16 @@ void ViewModel::Handle(uint32_t action, Variant const* params) {
 }
 
 void ViewModel::HandleAction(uint32_t action, Variant const* params) {
-  auto it = action_handlers_.find(action);
-  if (it != action_handlers_.end()) {
-    std::shared_ptr<ActionHandler const> handler = it->second;
+  if (auto handler = actions_.Find(action)) {
     (*handler)(params);
     return;
   }
   TXLOG_NOTICE << "unhandled action " << action << " of view model type " << type_;
 }
 
-void ViewModel::OnAction(uint32_t action, ActionHandler handler) {
-  if (!handler) {
-    action_handlers_.erase(action);
-    return;
-  }
-  action_handlers_[action] = std::make_shared<ActionHandler const>(std::move(handler));
-}
+void ViewModel::OnAction(uint32_t action, ActionHandler handler) { actions_.Set(action, std::move(handler)); }
 
-std::vector<uint32_t> ViewModel::Actions() const {
-  std::vector<uint32_t> actions;
-  actions.reserve(action_handlers_.size());
-  for (auto const& [id, handler] : action_handlers_) actions.push_back(id);
-  return actions;
-}
+std::vector<uint32_t> ViewModel::Actions() const { return actions_.Ids(); }
 
 Variant ViewModel::SampleParams(uint32_t action) const {
   auto it = action_samples_.find(action);

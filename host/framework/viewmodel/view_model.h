@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/variant/variant.h"
+#include "framework/model/handler_table.h"
 #include "framework/model/model.h"
 #include "framework/viewmodel/context.h"
 
@@ -148,7 +149,7 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
   int lifecycle_state() const { return lifecycle_state_; }
 
  protected:
-  using ActionHandler = std::function<void(Variant const* params)>;
+  using ActionHandler = HandlerTable<void(Variant const* params)>::Handler;
   // Makes `handler` the answer to `action`. Constructors register theirs, so
   // a subclass registering an action of its base takes it over.
   void OnAction(uint32_t action, ActionHandler handler);
@@ -191,7 +192,7 @@ class ViewModel : public std::enable_shared_from_this<ViewModel> {
   std::vector<Subscription> subscriptions_;
   std::map<uint32_t, std::chrono::steady_clock::time_point> last_actions_;
   // Shared, so that a handler that registers again while it runs stays alive.
-  std::map<uint32_t, std::shared_ptr<ActionHandler const>> action_handlers_;
+  HandlerTable<void(Variant const* params)> actions_;
   std::map<uint32_t, Variant> action_samples_;
 };
 
