@@ -26,12 +26,8 @@
 
 #include "base/timer/tx_timer.h"
 #include "bench_environment.h"
-#include "chat/runtime/chat_module_registration.h"
-#include "chat/runtime/chat_module_runtime.h"
-#include "framework/extension/extension.h"
+#include "devkit/in_process_module.h"
 #include "framework/meeting/meeting_context.h"
-#include "framework/module/app_module.h"
-#include "framework/navigation/routing.h"
 #include "framework/ui/ui_service.h"
 #include "qt_bench_main.h"
 #include "sim/chat_records.h"
@@ -42,7 +38,6 @@
 
 namespace {
 
-namespace reg = chat::registration;
 using talvex_common::utils::timer::ManualTimerClock;
 
 constexpr int kPerSecond = 50;
@@ -116,9 +111,7 @@ class HostedChat {
     sim::RosterOptions roster;
     roster.attendees = 1000;
     sim::PopulateRoster(meeting_, roster);
-    reg::RegisterRuntimeAndExtensions();
-    reg::Runtime()->Activate();
-    reg::LoadUI(reg::Runtime());
+    module_ = std::make_unique<InProcessChatModule>();
     panel_ = std::make_unique<ExtensionHostWidget>("contributes:app.chat_full");
     panel_->resize(380, 640);
     panel_->Populate();
@@ -138,11 +131,7 @@ class HostedChat {
     overlay_.reset();
     stage_.reset();
     panel_.reset();
-    reg::UnloadUI();
-    if (reg::Runtime()->IsActivated()) reg::Runtime()->Unactivate();
-    reg::UnregisterModule();
-    framework::UiModuleLoaderRegister::GetInstance()->Remove("chat");
-    framework::extension::GetExtensionService()->Clear();
+    module_.reset();
     meeting_.Uninstall();
     framework::SetUIService(nullptr);
   }
@@ -159,6 +148,7 @@ class HostedChat {
   // First, so that every timer the meeting and the chat make runs on it.
   ManualTimerClock clock_;
   sim::MeetingSimulator meeting_;
+  std::unique_ptr<InProcessChatModule> module_;
   std::unique_ptr<ExtensionHostWidget> panel_;
   std::unique_ptr<QWidget> stage_;
   std::unique_ptr<ExtensionHostWidget> overlay_;

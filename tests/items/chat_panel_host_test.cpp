@@ -16,6 +16,7 @@
 #include "chat/ui/desktop/view/chat/chat_file_item.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_widget.h"
 #include "chat/ui/desktop/view/file/file_preview_view.h"
+#include "devkit/in_process_module.h"
 #include "chat/viewmodel/in_meeting_bullet_view_model.h"
 #include "framework/chat/chat_utils.h"
 #include "framework/extension/extension.h"
@@ -34,18 +35,13 @@ class PanelHostTest : public MeetingTest {
  protected:
   void SetUp() override {
     MeetingTest::SetUp();
-    reg::RegisterRuntimeAndExtensions();
-    ASSERT_TRUE(reg::Runtime()->Activate());
-    reg::LoadUI(reg::Runtime());
+    module_ = std::make_unique<InProcessChatModule>();
+    ASSERT_TRUE(module_->activated());
   }
 
   void TearDown() override {
     host_.reset();
-    reg::UnloadUI();
-    if (reg::Runtime()->IsActivated()) reg::Runtime()->Unactivate();
-    reg::UnregisterModule();
-    framework::UiModuleLoaderRegister::GetInstance()->Remove("chat");
-    framework::extension::GetExtensionService()->Clear();
+    module_.reset();
     MeetingTest::TearDown();
   }
 
@@ -66,6 +62,7 @@ class PanelHostTest : public MeetingTest {
     return nullptr;
   }
 
+  std::unique_ptr<InProcessChatModule> module_;
   std::unique_ptr<ExtensionHostWidget> host_;
 };
 

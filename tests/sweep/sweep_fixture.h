@@ -16,6 +16,7 @@
 #include "chat/runtime/chat_module_runtime.h"
 #include "chat/ui/desktop/extension/chatting_panel_show_view.h"
 #include "chat/ui/desktop/view/chat_input/chat_input_view.h"
+#include "devkit/in_process_module.h"
 #include "framework/extension/extension.h"
 #include "framework/model/model_impl.h"
 #include "framework/module/app_module.h"
@@ -101,19 +102,14 @@ class SweepTest : public items_test::MeetingTest {
   void SetUp() override {
     MeetingTest::SetUp();
     meeting_.meeting_settings().SetSwitch("notice_enable", true);
-    reg::RegisterRuntimeAndExtensions();
-    ASSERT_TRUE(reg::Runtime()->Activate());
-    reg::LoadUI(reg::Runtime());
+    module_ = std::make_unique<InProcessChatModule>();
+    ASSERT_TRUE(module_->activated());
   }
   void TearDown() override {
     pages_.clear();
     overlay_.reset();
     panel_.reset();
-    reg::UnloadUI();
-    if (reg::Runtime()->IsActivated()) reg::Runtime()->Unactivate();
-    reg::UnregisterModule();
-    framework::UiModuleLoaderRegister::GetInstance()->Remove("chat");
-    framework::extension::GetExtensionService()->Clear();
+    module_.reset();
     MeetingTest::TearDown();
   }
 
@@ -170,6 +166,7 @@ class SweepTest : public items_test::MeetingTest {
     return models;
   }
 
+  std::unique_ptr<InProcessChatModule> module_;
   std::unique_ptr<ExtensionHostWidget> panel_;
   std::unique_ptr<QWidget> stage_;
   std::unique_ptr<ExtensionHostWidget> overlay_;
