@@ -7,7 +7,14 @@
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
+#include <malloc.h>
 #include <unistd.h>
+
+#if defined(__SANITIZE_ADDRESS__)
+// From the sanitizer's runtime (its header ships with clang, not with g++).
+extern "C" size_t __sanitizer_get_current_allocated_bytes();
+#define TALVEX_SOAK_UNDER_ASAN 1
+#endif
 
 #include "base/analytics/analytics.h"
 #include "framework/journal/host_journal.h"
@@ -45,6 +52,16 @@ long SoakRun::ResidentKb() {
   return fields[1].toLong() * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
+long SoakRun::HeapKb() {
+#ifdef TALVEX_SOAK_UNDER_ASAN
+  // The sanitizer's allocator stands in for malloc: ask it.
+  return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
+#else
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<long>((info.uordblks + info.hblkhd) / 1024);
+#endif
+}
+
 void SoakRun::Start() {
   // The simulated client's call log is for tests; over a long run it would only grow.
   meeting_.SetRecordingCalls(false);
@@ -62,6 +79,7 @@ void SoakRun::TakeSample() {
   Sample sample;
   sample.seconds = clock_.elapsed() / 1000.0;
   sample.rss_kb = ResidentKb();
+  sample.heap_kb = HeapKb();
   sample.widgets = QApplication::allWidgets().size();
   sample.view_models = static_cast<int>(framework::ViewModel::LiveViewModels().size());
   sample.posted = storm_ ? storm_->posted() : 0;
@@ -79,28 +97,33 @@ void SoakRun::Finish() {
   QFile csv(QDir(out_dir_).filePath("soak.csv"));
   if (csv.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
     QTextStream out(&csv);
-    out << "seconds,rss_kb,widgets,view_models,messages,stored,journal_entries,analytics_events\n";
+    out << "seconds,rss_kb,heap_kb,widgets,view_models,messages,stored,journal_entries,analytics_events\n";
     for (auto const& s : samples_) {
-      out << s.seconds << ',' << s.rss_kb << ',' << s.widgets << ',' << s.view_models << ',' << s.posted << ',' << s.stored << ','
+      out << s.seconds << ',' << s.rss_kb << ',' << s.heap_kb << ',' << s.widgets << ',' << s.view_models << ',' << s.posted << ',' << s.stored << ','
           << s.journal << ',' << s.analytics << '\n';
     }
   }
   // Right after the warm-up against the end of the run.
-  std::vector<long> early_rss, late_rss;
+  std::vector<long> early_rss, late_rss, early_heap, late_heap;
   std::vector<int> early_widgets, late_widgets;
   for (auto const& s : samples_) {
     if (s.seconds >= warm_up_seconds_ && early_rss.size() < kWindow) {
       early_rss.push_back(s.rss_kb);
+      early_heap.push_back(s.heap_kb);
       early_widgets.push_back(s.widgets);
     }
   }
   for (size_t i = samples_.size() >= kWindow ? samples_.size() - kWindow : 0; i < samples_.size(); ++i) {
     late_rss.push_back(samples_[i].rss_kb);
+    late_heap.push_back(samples_[i].heap_kb);
     late_widgets.push_back(samples_[i].widgets);
   }
   const long early = Median(early_rss);
   const long late = Median(late_rss);
   const double growth = early > 0 ? static_cast<double>(late - early) / early : 0;
+  const long heap_early = Median(early_heap);
+  const long heap_late = Median(late_heap);
+  const double heap_growth = heap_early > 0 ? static_cast<double>(heap_late - heap_early) / heap_early : 0;
   const int widgets_early = Median(early_widgets);
   const int widgets_late = Median(late_widgets);
   const bool memory_ok = early > 0 && growth < kMaxGrowth;
@@ -109,7 +132,7 @@ void SoakRun::Finish() {
   result_ = memory_ok && widgets_ok ? 0 : 1;
   const QString summary =
       QString("soak: %1 s at %2 messages/s, %3 messages; after a %4 s warm-up resident memory %5 -> %6 KB (%7 %), "
-              "widgets %8 -> %9, view models %10 at the end: %11\n")
+              "heap %8 -> %9 KB (%10 %), widgets %11 -> %12, view models %13 at the end: %14\n")
           .arg(seconds_)
           .arg(per_second_)
           .arg(samples_.empty() ? 0 : samples_.back().posted)
@@ -117,6 +140,9 @@ void SoakRun::Finish() {
           .arg(early)
           .arg(late)
           .arg(growth * 100, 0, 'f', 2)
+          .arg(heap_early)
+          .arg(heap_late)
+          .arg(heap_growth * 100, 0, 'f', 2)
           .arg(widgets_early)
           .arg(widgets_late)
           .arg(samples_.empty() ? 0 : samples_.back().view_models)

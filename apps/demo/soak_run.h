@@ -25,6 +25,9 @@ class SoakRun : public QObject {
   struct Sample {
     double seconds = 0;
     long rss_kb = 0;
+    // What the program holds allocated; resident memory also counts the
+    // allocator's own keeping (and a sanitizer's).
+    long heap_kb = 0;
     int widgets = 0;
     int view_models = 0;
     long long posted = 0;
@@ -39,6 +42,7 @@ class SoakRun : public QObject {
   // The verdict once the run ended: 0 passed, 1 failed.
   int result() const { return result_; }
   static long ResidentKb();
+  static long HeapKb();
 
  signals:
   void Finished(int result);
