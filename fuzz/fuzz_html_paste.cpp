@@ -1,9 +1,9 @@
 // The walk over pasted HTML: any markup is reported, a slice at a time
 // exactly as at once, and every slice moves the walk on.
 #include <cstdio>
-#include <cstdlib>
 #include <QString>
 
+#include "finding.h"
 #include "fuzz_support.h"
 #include "uikit/richedit/html_parser.h"
 
@@ -39,14 +39,12 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
   int calls = 0;
   for (bool done = false; !done; ++calls) {
     if (calls > html.size() + 1) {
-      std::fprintf(stderr, "the walk does not move on (budget %d)\n", budget);
-      std::abort();
+      fuzz::Finding("the walk does not move on (budget %d)", budget);
     }
     done = walker.Walk(budget);
   }
   if (!walker.AtEnd() || walker.position() != walker.size()) {
-    std::fprintf(stderr, "the walk ended at %d of %d\n", walker.position(), walker.size());
-    std::abort();
+    fuzz::Finding("the walk ended at %d of %d", walker.position(), walker.size());
   }
   fuzz::CheckEqual("walking in slices of " + std::to_string(budget) + " differs from walking at once",
                    whole.out.toStdString(), sliced.out.toStdString());

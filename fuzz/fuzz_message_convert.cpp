@@ -2,10 +2,10 @@
 // keys of any type, as the message model hands it over before every other
 // subscriber; then the row fields the chat list reads from it.
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "chat/biz_model/chat_message_biz_model.h"
+#include "finding.h"
 #include "framework/chat/chat_utils.h"
 #include "fuzz_meeting.h"
 #include "fuzz_support.h"
@@ -25,22 +25,19 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
   bool stop = false;
   model.OnEventConvertToUIMsg(&record, stop);
   if (!record.IsMap()) {
-    std::fprintf(stderr, "the record stopped being a map\n");
-    std::abort();
+    fuzz::Finding("the record stopped being a map");
   }
   // The conversion adds the UI form and may correct the kind; it never
   // drops or changes anything else of the host's record.
   for (auto const& [key, value] : original.AsMap()) {
     if (key == "ui_msg_content" || key == "chat_type") continue;
     if (!record.Has(key) || !(record.Get(key).ToJson() == value.ToJson())) {
-      std::fprintf(stderr, "conversion changed \"%s\" of %s\n", key.c_str(), original.ToJson().c_str());
-      std::abort();
+      fuzz::Finding("conversion changed \"%s\" of %s", key.c_str(), original.ToJson().c_str());
     }
   }
   for (auto const& [key, value] : record.AsMap()) {
     if (key != "ui_msg_content" && key != "chat_type" && !original.Has(key)) {
-      std::fprintf(stderr, "conversion added \"%s\"\n", key.c_str());
-      std::abort();
+      fuzz::Finding("conversion added \"%s\"", key.c_str());
     }
   }
   Variant info;

@@ -10,11 +10,11 @@
 #include <QPixmap>
 #include <QString>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "chat/ui/desktop/view/rich_text/rich_text_block.h"
 #include "chat/ui/desktop/view/rich_text/rich_text_label.h"
+#include "finding.h"
 #include "fuzz_support.h"
 
 namespace {
@@ -61,13 +61,11 @@ RichTextBlock MakeBlock(FuzzedDataProvider& in) {
 
 void CheckFits(RichTextLabel const& label, char const* when) {
   if (label.max_render_width() > 0 && label.rendered_width() > label.max_render_width()) {
-    std::fprintf(stderr, "%s: rendered %d wider than the render width %d\n", when, label.rendered_width(),
-                 label.max_render_width());
-    std::abort();
+    fuzz::Finding("%s: rendered %d wider than the render width %d", when, label.rendered_width(),
+                  label.max_render_width());
   }
   if (label.max_lines() > 0 && static_cast<int>(label.lines().size()) > label.max_lines()) {
-    std::fprintf(stderr, "%s: %zu lines over the limit %d\n", when, label.lines().size(), label.max_lines());
-    std::abort();
+    fuzz::Finding("%s: %zu lines over the limit %d", when, label.lines().size(), label.max_lines());
   }
 }
 

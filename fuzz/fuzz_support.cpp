@@ -6,10 +6,11 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 #include "base/log/log.h"
+#include "devkit/scratch_home.h"
+#include "finding.h"
 
 namespace fuzz {
 
@@ -56,13 +57,7 @@ void InitProcess() {
   if (g_app) return;
   qputenv("QT_QPA_PLATFORM", "offscreen");
   g_root = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/talvex-fuzz-XXXXXX");
-  const QString base = g_root->path();
-  for (char const* sub : {"home", "cache", "config", "state", "data"}) QDir(base).mkpath(sub);
-  qputenv("HOME", (base + "/home").toUtf8());
-  qputenv("XDG_CACHE_HOME", (base + "/cache").toUtf8());
-  qputenv("XDG_CONFIG_HOME", (base + "/config").toUtf8());
-  qputenv("XDG_STATE_HOME", (base + "/state").toUtf8());
-  qputenv("XDG_DATA_HOME", (base + "/data").toUtf8());
+  devkit::UseScratchHome(g_root->path());
   base::log::LogOptions options;
   options.write_file = false;
   options.stderr_level = 0;
@@ -158,9 +153,8 @@ std::string Escaped(std::string const& bytes) {
 
 void CheckEqual(std::string const& what, std::string const& expected, std::string const& actual) {
   if (expected == actual) return;
-  std::fprintf(stderr, "%s\n  expected (%zu bytes): %s\n  actual   (%zu bytes): %s\n", what.c_str(), expected.size(),
+  fuzz::Finding("%s\n  expected (%zu bytes): %s\n  actual   (%zu bytes): %s", what.c_str(), expected.size(),
                Escaped(expected).c_str(), actual.size(), Escaped(actual).c_str());
-  std::abort();
 }
 
 }  // namespace fuzz

@@ -4,9 +4,9 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
+#include "finding.h"
 #include "framework/chat/chat_utils.h"
 #include "fuzz_meeting.h"
 #include "fuzz_support.h"
@@ -19,8 +19,7 @@ void CheckItems(Variant const& items, char const* what) {
     const bool ok = (type == 0 || type == 2) ? !item.GetString("item_content").empty()
                                              : type == 1 && !item.GetString("item_emoji_text").empty();
     if (!ok) {
-      std::fprintf(stderr, "%s: empty or unknown item %s\n", what, item.ToJson().c_str());
-      std::abort();
+      fuzz::Finding("%s: empty or unknown item %s", what, item.ToJson().c_str());
     }
   }
 }

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "base/threading/looper.h"
+#include "devkit/scratch_home.h"
 
 namespace talvex_test {
 namespace {
@@ -24,13 +25,7 @@ void IsolateUserDirectories() {
   if (!root) {
     root = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/talvex-test-XXXXXX");
   }
-  const QString base = root->path();
-  for (const char* sub : {"home", "cache", "config", "state", "data"}) QDir(base).mkpath(sub);
-  qputenv("HOME", (base + "/home").toUtf8());
-  qputenv("XDG_CACHE_HOME", (base + "/cache").toUtf8());
-  qputenv("XDG_CONFIG_HOME", (base + "/config").toUtf8());
-  qputenv("XDG_STATE_HOME", (base + "/state").toUtf8());
-  qputenv("XDG_DATA_HOME", (base + "/data").toUtf8());
+  devkit::UseScratchHome(root->path());
 }
 
 std::string TempRoot() {
