@@ -7,16 +7,9 @@
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
-#include <malloc.h>
-#include <unistd.h>
-
-#if defined(__SANITIZE_ADDRESS__)
-// From the sanitizer's runtime (its header ships with clang, not with g++).
-extern "C" size_t __sanitizer_get_current_allocated_bytes();
-#define TALVEX_SOAK_UNDER_ASAN 1
-#endif
 
 #include "base/analytics/analytics.h"
+#include "devkit/process_memory.h"
 #include "framework/journal/host_journal.h"
 #include "framework/viewmodel/view_model.h"
 #include "sim/meeting_sim.h"
@@ -44,24 +37,6 @@ SoakRun::SoakRun(sim::MeetingSimulator& meeting, QString out_dir, int seconds, i
 
 SoakRun::~SoakRun() = default;
 
-long SoakRun::ResidentKb() {
-  QFile statm("/proc/self/statm");
-  if (!statm.open(QIODevice::ReadOnly)) return 0;
-  const QList<QByteArray> fields = statm.readAll().split(' ');
-  if (fields.size() < 2) return 0;
-  return fields[1].toLong() * (sysconf(_SC_PAGESIZE) / 1024);
-}
-
-long SoakRun::HeapKb() {
-#ifdef TALVEX_SOAK_UNDER_ASAN
-  // The sanitizer's allocator stands in for malloc: ask it.
-  return static_cast<long>(__sanitizer_get_current_allocated_bytes() / 1024);
-#else
-  const struct mallinfo2 info = mallinfo2();
-  return static_cast<long>((info.uordblks + info.hblkhd) / 1024);
-#endif
-}
-
 void SoakRun::Start() {
   // The simulated client's call log is for tests; over a long run it would only grow.
   meeting_.SetRecordingCalls(false);
@@ -78,8 +53,8 @@ void SoakRun::Start() {
 void SoakRun::TakeSample() {
   Sample sample;
   sample.seconds = clock_.elapsed() / 1000.0;
-  sample.rss_kb = ResidentKb();
-  sample.heap_kb = HeapKb();
+  sample.rss_kb = devkit::ResidentKb();
+  sample.heap_kb = devkit::HeapKb();
   sample.widgets = QApplication::allWidgets().size();
   sample.view_models = static_cast<int>(framework::ViewModel::LiveViewModels().size());
   sample.posted = storm_ ? storm_->posted() : 0;

@@ -41,8 +41,6 @@ class SoakRun : public QObject {
   void Start();
   // The verdict once the run ended: 0 passed, 1 failed.
   int result() const { return result_; }
-  static long ResidentKb();
-  static long HeapKb();
 
  signals:
   void Finished(int result);

@@ -12,13 +12,11 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QFile>
 #include <QListView>
 #include <QStandardItemModel>
 #include <QWidget>
 
 #include <malloc.h>
-#include <unistd.h>
 
 #include <memory>
 #include <string>
@@ -27,6 +25,7 @@
 #include "base/timer/tx_timer.h"
 #include "bench_environment.h"
 #include "devkit/in_process_module.h"
+#include "devkit/process_memory.h"
 #include "framework/meeting/meeting_context.h"
 #include "framework/ui/ui_service.h"
 #include "qt_bench_main.h"
@@ -47,18 +46,6 @@ constexpr int kSampleEvery = 5000;     // 100 s of meeting
 constexpr int kWarmUp = 5000;          // the store (500) and the lists full many times over
 constexpr size_t kKept = 500;
 
-double HeapKb() {
-  const struct mallinfo2 info = mallinfo2();
-  return static_cast<double>(info.uordblks + info.hblkhd) / 1024.0;
-}
-
-double ResidentKb() {
-  QFile statm("/proc/self/statm");
-  if (!statm.open(QIODevice::ReadOnly)) return 0;
-  const QList<QByteArray> fields = statm.readAll().split(' ');
-  return fields.size() < 2 ? 0 : fields[1].toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1024.0;
-}
-
 // What the event loop would do by now: paint, and delete what asked to be
 // deleted (outside a running loop only this deletes them).
 void BringScreenUpToDate() {
@@ -72,7 +59,7 @@ class Curve {
   void Note(int messages) {
     // Memory that is free but not yet given back reads as in use without this.
     malloc_trim(0);
-    points_.push_back({messages, HeapKb(), ResidentKb()});
+    points_.push_back({messages, static_cast<double>(devkit::HeapKb()), static_cast<double>(devkit::ResidentKb())});
   }
   void Report(benchmark::State& state) const {
     Point const* warm = nullptr;
