@@ -72,13 +72,6 @@ MeetingSimulator::MeetingSimulator(SimOptions options)
 
 MeetingSimulator::~MeetingSimulator() { Uninstall(); }
 
-void MeetingSimulator::SetRecordingCalls(bool on) {
-  for (int id : application_->ModelIds()) {
-    if (auto model = std::dynamic_pointer_cast<SimModel>(application_->GetModel(id))) model->SetRecording(on);
-  }
-  for (auto& [id, model] : plain_models_) model->SetRecording(on);
-}
-
 void MeetingSimulator::Install() {
   if (installed_) return;
   application_->RegisterModel(MeetingStateModel::kId, meeting_);
@@ -151,6 +144,7 @@ void MeetingSimulator::SetRecording(bool on) {
   for (int id : application_->ModelIds()) {
     if (auto model = std::dynamic_pointer_cast<SimModel>(application_->GetModel(id))) model->SetRecording(on);
   }
+  for (auto& [id, model] : plain_models_) model->SetRecording(on);
 }
 
 }  // namespace sim

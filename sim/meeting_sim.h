@@ -50,7 +50,8 @@ class MeetingSimulator {
 
   // Takes one model out of the registry (a client without it).
   void RemoveModel(int id);
-  // Whether the installed models keep every call for tests to read (on).
+  // Whether every simulated model keeps the calls it takes (on): tests read
+  // them, a long run would only pile them up.
   void SetRecording(bool on);
 
   // The client's view of the meeting and of its own user; Install() sets a
@@ -92,9 +93,6 @@ class MeetingSimulator {
   // webinar roles changed), 591 (4: full screen); and by their ids the typed
   // ones (523, 530, 690, ...).
   SimModel& model(int id);
-  // Every simulated model stops (or starts again) keeping the calls it
-  // takes: tests read them, a long run would only pile them up.
-  void SetRecordingCalls(bool on);
   std::shared_ptr<framework::module::ApplicationModule> const& application() const { return application_; }
   std::string const& data_dir() const { return data_dir_; }
 

@@ -39,7 +39,7 @@ SoakRun::~SoakRun() = default;
 
 void SoakRun::Start() {
   // The simulated client's call log is for tests; over a long run it would only grow.
-  meeting_.SetRecordingCalls(false);
+  meeting_.SetRecording(false);
   storm_ = new sim::MessageStorm(meeting_, this);
   sampler_ = new QTimer(this);
   connect(sampler_, &QTimer::timeout, this, &SoakRun::TakeSample);

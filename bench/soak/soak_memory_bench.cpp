@@ -90,7 +90,7 @@ class HostedChat {
   HostedChat() {
     framework::SetUIService(std::make_shared<framework::RecordingUIService>());
     meeting_.Install();
-    meeting_.SetRecordingCalls(false);
+    meeting_.SetRecording(false);
     meeting_.context().is_webinar = true;
     meeting_.context().self_role = talvex::MeetingContext::kRoleAttendee;
     meeting_.faces().Load();
